@@ -1,0 +1,325 @@
+// A file is a header and numbered sectors. The FAT has one word a sector: the next one of its
+// chain, or a mark. The FAT's own sectors are listed in the header and, when there are many, in
+// sectors of their own (DIFAT). The directory is one chain of 128-byte entries, which form binary
+// trees of siblings; streams below 4096 bytes live in 64-byte sectors within the root's stream,
+// with a FAT of their own.
+//
+// Strict where a fault makes the platform's reader hang or its writer destroy other streams
+// (cycles, sectors used twice or marked free, ends outside the file, names out of order), and
+// lenient in all that does neither, since files of many makers must pass: chains longer than
+// needed, sectors that nobody uses, colours, time stamps.
+#include "cdinfo/compound.h"
+
+#include <algorithm>
+#include <cstring>
+
+constexpr uint8_t kSignature[8] = {0xD0, 0xCF, 0x11, 0xE0, 0xA1, 0xB1, 0x1A, 0xE1};
+constexpr size_t kHeaderSize = 512;
+constexpr size_t kSmallestFile = 1536; // header, FAT, directory
+constexpr uint32_t kHeaderFatEntries = 109;
+constexpr uint32_t kMiniShift = 6;
+constexpr uint32_t kMiniCutoff = 4096; // streams below it live in the mini stream
+constexpr size_t kEntrySize = 128;
+constexpr uint32_t kNoEntry = 0xFFFFFFFF;
+constexpr uint32_t kMaxSector = 0xFFFFFFFA; // marks are above
+constexpr uint32_t kEndOfChain = 0xFFFFFFFE;
+constexpr uint32_t kFreeSector = 0xFFFFFFFF;
+
+enum EntryType { kStorageEntry = 1, kStreamEntry = 2, kRootEntry = 5 };
+
+struct Entry {
+    char16_t name[kMaxCompoundName + 1];
+    uint32_t nameBytes; // the NUL included
+    uint8_t type;
+    uint32_t left, right, child, start, size, sizeHigh;
+};
+
+struct Checker {
+    CompoundView* view;
+    uint32_t sectors = 0;             // whole sectors behind the header
+    std::vector<uint8_t> claimed;     // one a sector
+    std::vector<uint8_t> miniClaimed; // one a mini sector
+    std::vector<uint32_t> directory;  // its sectors
+};
+
+static uint32_t LoadLittle(const uint8_t* at, size_t width) {
+    uint32_t value = 0;
+    for (size_t i = 0; i < width; ++i)
+        value |= static_cast<uint32_t>(at[i]) << (8 * i);
+    return value;
+}
+
+static uint32_t HeaderWord(const CompoundView& view, size_t offset) {
+    return LoadLittle(view.bytes.data() + offset, 4);
+}
+
+static const uint8_t* SectorAt(const CompoundView& view, uint32_t sector) {
+    return view.bytes.data() + ((static_cast<size_t>(sector) + 1) << view.sectorShift);
+}
+
+static size_t SectorSize(const CompoundView& view) {
+    return size_t{1} << view.sectorShift;
+}
+
+static int IsMark(uint32_t sector) {
+    return sector > kMaxSector;
+}
+
+// ---- chains
+
+static int Claim(std::vector<uint8_t>& claimed, uint32_t sector) {
+    if (sector >= claimed.size() || claimed[sector]) return 0;
+    claimed[sector] = 1;
+    return 1;
+}
+
+// Walks a chain, claiming its sectors; each is claimed at most once, which ends every cycle.
+static int WalkChain(const std::vector<uint32_t>& fat, std::vector<uint8_t>& claimed,
+                     uint32_t start, std::vector<uint32_t>* chain) {
+    chain->clear();
+    if (IsMark(start)) return 1;
+    for (uint32_t sector = start; sector != kEndOfChain; sector = fat[sector]) {
+        if (sector >= fat.size() || !Claim(claimed, sector)) return 0;
+        chain->push_back(sector);
+    }
+    return 1;
+}
+
+static int ReadHeader(Checker* c) {
+    const auto bytes = c->view->bytes;
+    if (bytes.size() < kSmallestFile || bytes.size() % kHeaderSize) return 0;
+    const uint32_t major = LoadLittle(bytes.data() + 26, 2);
+    const uint32_t shift = LoadLittle(bytes.data() + 30, 2);
+    if (!(major == 3 && shift == 9) && !(major == 4 && shift == 12)) return 0;
+    if (LoadLittle(bytes.data() + 28, 2) != 0xFFFE) return 0;
+    if (LoadLittle(bytes.data() + 32, 2) != kMiniShift) return 0;
+    if (HeaderWord(*c->view, 56) != kMiniCutoff) return 0;
+    c->view->sectorShift = shift;
+    const size_t whole = bytes.size() >> shift;
+    if (whole < 3) return 0;
+    c->sectors = static_cast<uint32_t>(std::min<size_t>(whole - 1, kMaxSector));
+    c->claimed.assign(c->sectors, 0);
+    return 1;
+}
+
+// ---- the FAT
+
+static int AddFatSector(Checker* c, uint32_t sector, std::vector<uint32_t>* own) {
+    if (!Claim(c->claimed, sector)) return 0;
+    own->push_back(sector);
+    const uint8_t* at = SectorAt(*c->view, sector);
+    for (size_t i = 0; i < SectorSize(*c->view); i += 4)
+        c->view->fat.push_back(LoadLittle(at + i, 4));
+    return 1;
+}
+
+static int LoadFat(Checker* c) {
+    const CompoundView& view = *c->view;
+    uint32_t left = HeaderWord(view, 44);
+    if (left == 0 || left > c->sectors) return 0;
+    std::vector<uint32_t> own; // sectors of the FAT itself and of its lists
+    c->view->fat.reserve(left * (SectorSize(view) / 4));
+    for (uint32_t i = 0; i < kHeaderFatEntries && left; ++i, --left) {
+        if (!AddFatSector(c, HeaderWord(view, 76 + 4 * i), &own)) return 0;
+    }
+    const uint32_t perList = static_cast<uint32_t>(SectorSize(view) / 4) - 1;
+    uint32_t list = HeaderWord(view, 68);
+    const uint32_t lists = HeaderWord(view, 72);
+    for (uint32_t n = 0; n < lists; ++n) {
+        if (!Claim(c->claimed, list)) return 0;
+        own.push_back(list);
+        const uint8_t* at = SectorAt(view, list);
+        for (uint32_t i = 0; i < perList && left; ++i, --left) {
+            if (!AddFatSector(c, LoadLittle(at + 4 * i, 4), &own)) return 0;
+        }
+        list = LoadLittle(at + 4 * perList, 4);
+    }
+    if (left || !IsMark(list)) return 0;
+    // A sector of the FAT that the FAT calls free would be given to the next stream written.
+    for (uint32_t sector : own) {
+        if (sector >= view.fat.size() || view.fat[sector] == kFreeSector) return 0;
+    }
+    return 1;
+}
+
+static int LoadMiniFat(Checker* c) {
+    CompoundView& view = *c->view;
+    std::vector<uint32_t> chain;
+    if (!WalkChain(view.fat, c->claimed, HeaderWord(view, 60), &chain)) return 0;
+    for (uint32_t sector : chain) {
+        const uint8_t* at = SectorAt(view, sector);
+        for (size_t i = 0; i < SectorSize(view); i += 4)
+            view.miniFat.push_back(LoadLittle(at + i, 4));
+    }
+    return 1;
+}
+
+// ---- the directory
+
+static size_t EntryCount(const Checker& c) {
+    return (c.directory.size() << c.view->sectorShift) / kEntrySize;
+}
+
+static Entry LoadEntry(const Checker& c, uint32_t id) {
+    const size_t offset = id * kEntrySize;
+    const uint8_t* at = SectorAt(*c.view, c.directory[offset >> c.view->sectorShift]) +
+                        (offset & (SectorSize(*c.view) - 1));
+    Entry entry = {};
+    for (size_t i = 0; i < kMaxCompoundName + 1; ++i)
+        entry.name[i] = static_cast<char16_t>(LoadLittle(at + 2 * i, 2));
+    entry.nameBytes = LoadLittle(at + 64, 2);
+    entry.type = at[66];
+    entry.left = LoadLittle(at + 68, 4);
+    entry.right = LoadLittle(at + 72, 4);
+    entry.child = LoadLittle(at + 76, 4);
+    entry.start = LoadLittle(at + 116, 4);
+    entry.size = LoadLittle(at + 120, 4);
+    entry.sizeHigh = LoadLittle(at + 124, 4);
+    return entry;
+}
+
+static int IsNameSound(const Entry& entry) {
+    if (entry.nameBytes % 2 || entry.nameBytes < 4 || entry.nameBytes > 64) return 0;
+    const char16_t* end = entry.name + entry.nameBytes / 2 - 1;
+    return std::find(entry.name, end + 1, u'\0') == end;
+}
+
+static char16_t Upper(char16_t c) {
+    return c >= u'a' && c <= u'z' ? static_cast<char16_t>(c - 32) : c;
+}
+
+// The order of siblings: the shorter name first, then by upper-case characters. Names with other
+// than ASCII characters compare as unordered (0), since their upper case is a matter of tables.
+static int CompareNames(const Entry& a, const Entry& b) {
+    const size_t count = a.nameBytes / 2;
+    const auto plain = [](char16_t c) { return c < 0x80; };
+    if (!std::all_of(a.name, a.name + count, plain) ||
+        !std::all_of(b.name, b.name + b.nameBytes / 2, plain))
+        return 0;
+    if (a.nameBytes != b.nameBytes) return a.nameBytes < b.nameBytes ? -1 : 1;
+    for (size_t i = 0; i < count; ++i) {
+        if (Upper(a.name[i]) != Upper(b.name[i]))
+            return Upper(a.name[i]) < Upper(b.name[i]) ? -1 : 1;
+    }
+    return 2; // the same: no two siblings may be
+}
+
+// An entry still to be looked at, and between which of its elders it must stand.
+struct Visit {
+    uint32_t id;
+    uint32_t above, below; // ids, or kNoEntry
+    int inRoot;
+};
+
+static int IsPlaced(const Checker& c, const Visit& visit, const Entry& entry) {
+    if (visit.above != kNoEntry) {
+        const int order = CompareNames(LoadEntry(c, visit.above), entry);
+        if (order > 0) return 0;
+    }
+    if (visit.below != kNoEntry) {
+        const int order = CompareNames(entry, LoadEntry(c, visit.below));
+        if (order > 0) return 0;
+    }
+    return 1;
+}
+
+static int CheckStream(Checker* c, const Entry& entry) {
+    if (entry.sizeHigh) return 0;
+    std::vector<uint32_t> chain;
+    const int mini = entry.size < kMiniCutoff;
+    if (!WalkChain(mini ? c->view->miniFat : c->view->fat, mini ? c->miniClaimed : c->claimed,
+                   entry.start, &chain))
+        return 0;
+    const uint64_t shift = mini ? kMiniShift : c->view->sectorShift;
+    return (uint64_t{chain.size()} << shift) >= entry.size;
+}
+
+static int CheckTree(Checker* c, uint32_t top) {
+    std::vector<uint8_t> seen(EntryCount(*c), 0);
+    seen[0] = 1;
+    std::vector<Visit> open;
+    if (top != kNoEntry) open.push_back({top, kNoEntry, kNoEntry, 1});
+    while (!open.empty()) {
+        const Visit visit = open.back();
+        open.pop_back();
+        if (!Claim(seen, visit.id)) return 0;
+        const Entry entry = LoadEntry(*c, visit.id);
+        if (!IsNameSound(entry) || !IsPlaced(*c, visit, entry)) return 0;
+        if (entry.type == kStreamEntry) {
+            if (!CheckStream(c, entry)) return 0;
+            if (visit.inRoot) {
+                CompoundStream stream;
+                std::copy(std::begin(entry.name), std::end(entry.name), stream.name);
+                stream.start = entry.start;
+                stream.size = entry.size;
+                c->view->streams.push_back(stream);
+            }
+        } else if (entry.type == kStorageEntry) {
+            if (entry.child != kNoEntry) open.push_back({entry.child, kNoEntry, kNoEntry, 0});
+        } else {
+            return 0;
+        }
+        if (entry.left != kNoEntry)
+            open.push_back({entry.left, visit.above, visit.id, visit.inRoot});
+        if (entry.right != kNoEntry)
+            open.push_back({entry.right, visit.id, visit.below, visit.inRoot});
+    }
+    return 1;
+}
+
+static int CheckDirectory(Checker* c) {
+    CompoundView& view = *c->view;
+    if (!WalkChain(view.fat, c->claimed, HeaderWord(view, 48), &c->directory)) return 0;
+    if (c->directory.empty()) return 0;
+    const Entry root = LoadEntry(*c, 0);
+    if (root.type != kRootEntry || root.sizeHigh) return 0;
+    std::memcpy(view.classId, SectorAt(view, c->directory[0]) + 80, sizeof view.classId);
+    if (!WalkChain(view.fat, c->claimed, root.start, &view.miniSectors)) return 0;
+    if ((uint64_t{view.miniSectors.size()} << view.sectorShift) < root.size) return 0;
+    const size_t minis = (size_t{root.size} + 63) >> kMiniShift;
+    c->miniClaimed.assign(std::min(minis, view.miniFat.size()), 0);
+    return CheckTree(c, root.child);
+}
+
+CompoundState CheckCompound(std::span<const uint8_t> bytes, CompoundView* view) {
+    *view = {};
+    if (bytes.size() < sizeof kSignature ||
+        std::memcmp(bytes.data(), kSignature, sizeof kSignature))
+        return kNotCompound;
+    view->bytes = bytes;
+    Checker checker{view, 0, {}, {}, {}};
+    if (ReadHeader(&checker) && LoadFat(&checker) && LoadMiniFat(&checker) &&
+        CheckDirectory(&checker))
+        return kCompoundGood;
+    *view = {};
+    return kCompoundDamaged;
+}
+
+// ---- reading
+
+const CompoundStream* FindCompoundStream(const CompoundView& view, std::string_view name) {
+    for (const CompoundStream& stream : view.streams) {
+        size_t i = 0;
+        while (i < name.size() && i < kMaxCompoundName &&
+               Upper(stream.name[i]) == Upper(static_cast<unsigned char>(name[i])))
+            ++i;
+        if (i == name.size() && !stream.name[i]) return &stream;
+    }
+    return nullptr;
+}
+
+std::vector<uint8_t> ReadCompoundStream(const CompoundView& view, const CompoundStream& stream) {
+    std::vector<uint8_t> out(stream.size);
+    const int mini = stream.size < kMiniCutoff;
+    const size_t piece = mini ? size_t{1} << kMiniShift : SectorSize(view);
+    const size_t perSector = SectorSize(view) >> kMiniShift;
+    uint32_t sector = stream.start;
+    for (size_t done = 0; done < out.size(); done += piece) {
+        const uint8_t* from =
+            mini ? SectorAt(view, view.miniSectors[sector / perSector]) + sector % perSector * piece
+                 : SectorAt(view, sector);
+        std::memcpy(out.data() + done, from, std::min(piece, out.size() - done));
+        sector = mini ? view.miniFat[sector] : view.fat[sector];
+    }
+    return out;
+}
