@@ -1,0 +1,42 @@
+// The component table: one row tells the console all it knows of a component. The console's
+// grid, menus, restoring and shutdown come from it, so a new component is one more row in
+// app/components_win.cpp. The console never includes a trade.
+#pragma once
+#include "core/command_line.h"
+#include "core/component_win.h"
+#include "ui/components.h"
+
+struct ComponentEntry {
+    ComponentTraits traits;
+    ComponentThread* thread; // its title is the component's name in "LastException"
+
+    // String ids; 0 where there is none.
+    UINT label; // on the button or lamp
+    UINT tip;   // its tooltip
+    UINT menu;  // entry of the notification icon's menu
+    // Engines: texts of the lamp's context menu.
+    UINT engage, disengage, configureText;
+    UINT configureCommand;
+
+    // May be null. Configure shows the engine's dialog, modal to owner. PostCommand posts a
+    // command of the component's own (core/commands.h) and returns 0 when it is off.
+    void (*Configure)(HWND owner);
+    int (*PostCommand)(UINT command, LPARAM argument);
+};
+
+// Master volume in percent, 0 to 100. Null while there is no mixer: the console's volume bar then
+// stands there disabled and the wheel moves nothing.
+struct VolumeControl {
+    int (*GetMasterVolume)();
+    int (*SetMasterVolume)(int percent);
+    int (*ToggleMute)();
+};
+
+struct ComponentTable {
+    const ComponentEntry* entries;
+    int count;                   // at most kMaxComponents
+    const VolumeControl* volume; // may be null
+};
+
+// Made in app/; rows live as long as the program. Table order is the order of buttons and menus.
+const ComponentTable* Components();
