@@ -37,10 +37,18 @@ inline uint32_t ReadLittle(ByteReader& r, size_t width) {
         value |= static_cast<uint32_t>(part[i]) << (8 * i);
     return value;
 }
-inline uint8_t ReadU8(ByteReader& r) { return static_cast<uint8_t>(ReadLittle(r, 1)); }
-inline uint16_t ReadU16(ByteReader& r) { return static_cast<uint16_t>(ReadLittle(r, 2)); }
-inline uint32_t ReadU32(ByteReader& r) { return ReadLittle(r, 4); }
-inline size_t BytesLeft(const ByteReader& r) { return r.failed ? 0 : r.bytes.size() - r.at; }
+inline uint8_t ReadU8(ByteReader& r) {
+    return static_cast<uint8_t>(ReadLittle(r, 1));
+}
+inline uint16_t ReadU16(ByteReader& r) {
+    return static_cast<uint16_t>(ReadLittle(r, 2));
+}
+inline uint32_t ReadU32(ByteReader& r) {
+    return ReadLittle(r, 4);
+}
+inline size_t BytesLeft(const ByteReader& r) {
+    return r.failed ? 0 : r.bytes.size() - r.at;
+}
 
 inline void WriteBytes(ByteWriter& w, const void* data, size_t count) {
     if (w.failed || count > w.bytes.size() - w.at) {
@@ -57,6 +65,12 @@ inline void WriteLittle(ByteWriter& w, uint32_t value, size_t width) {
         part[i] = static_cast<uint8_t>(value >> (8 * i));
     WriteBytes(w, part, width);
 }
-inline void WriteU8(ByteWriter& w, uint8_t value) { WriteLittle(w, value, 1); }
-inline void WriteU16(ByteWriter& w, uint16_t value) { WriteLittle(w, value, 2); }
-inline void WriteU32(ByteWriter& w, uint32_t value) { WriteLittle(w, value, 4); }
+inline void WriteU8(ByteWriter& w, uint8_t value) {
+    WriteLittle(w, value, 1);
+}
+inline void WriteU16(ByteWriter& w, uint16_t value) {
+    WriteLittle(w, value, 2);
+}
+inline void WriteU32(ByteWriter& w, uint32_t value) {
+    WriteLittle(w, value, 4);
+}

@@ -5,19 +5,19 @@
 
 // ---- what every component window knows or sends to its owner, the console
 enum CommonCommand {
-    kNotifyCdEngine = 2020,     // from the CD engine: its state changed, read it again
-    kNotifyMixer = 2121,        // from the mixer engine
-    kComponentClosed = 1111,    // lParam: component window id
-    kGroupAlign = 1122,         // high word: sender's id, lParam: arrow key
-    kGroupStretch = 1133,       // the same
-    kGroupMove = 2222,          // high word: sender's id, lParam: dy << 16 | (dx & 0xFFFF)
-    kGroupRaise = 3134,         // lParam: the window handle
-    kWheelStep = 3136,          // lParam: not 0 moves a bar by -2, 0 by +2
-    kAskMovementLocked = 3137,  // sent; the answer forbids a drag when not 0
-    kDatabaseChanged = 3138,    // lParam: entry identity
-    kForwardKey = 3150,         // high word: sender's id, lParam: virtual key
-    kLookChanged = 3132,        // from the console: lay out again (3D look)
-    kFontChanged = 3133         // from the console: make fonts anew
+    kNotifyCdEngine = 2020,    // from the CD engine: its state changed, read it again
+    kNotifyMixer = 2121,       // from the mixer engine
+    kComponentClosed = 1111,   // lParam: component window id
+    kGroupAlign = 1122,        // high word: sender's id, lParam: arrow key
+    kGroupStretch = 1133,      // the same
+    kGroupMove = 2222,         // high word: sender's id, lParam: dy << 16 | (dx & 0xFFFF)
+    kGroupRaise = 3134,        // lParam: the window handle
+    kWheelStep = 3136,         // lParam: not 0 moves a bar by -2, 0 by +2
+    kAskMovementLocked = 3137, // sent; the answer forbids a drag when not 0
+    kDatabaseChanged = 3138,   // lParam: entry identity
+    kForwardKey = 3150,        // high word: sender's id, lParam: virtual key
+    kLookChanged = 3132,       // from the console: lay out again (3D look)
+    kFontChanged = 3133        // from the console: make fonts anew
 };
 
 // ---- the console's commands (and the ids of its buttons and menu entries)
@@ -42,10 +42,10 @@ enum ConsoleCommand {
 
 // ---- the CD engine's commands, posted to its hidden window (argument in lParam)
 enum CdEngineCommand {
-    kCdPlay = 1,          // 0: resume or the current entry; n: track n to the end of the disc
-    kCdSeek = 2,          // seconds in the current track
-    kCdPlayEntry = 3,     // play-list index (programmed play)
-    kCdPause = 4,         // pause or resume
+    kCdPlay = 1,      // 0: resume or the current entry; n: track n to the end of the disc
+    kCdSeek = 2,      // seconds in the current track
+    kCdPlayEntry = 3, // play-list index (programmed play)
+    kCdPause = 4,     // pause or resume
     kCdStop = 5,
     kCdEject = 6,         // or close the door
     kCdNext = 7,          // steps, 0 counts as 1
@@ -54,7 +54,7 @@ enum CdEngineCommand {
     kCdIntroLength = 702, // seconds
     kCdOptions = 703,     // bits, see cd/engine_state.h
     kCdRecordChanged = 704,
-    kCdModeChanged = 705  // previous play flags
+    kCdModeChanged = 705 // previous play flags
 };
 
 // ---- commands that reach the CD player window besides its controls

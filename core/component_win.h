@@ -9,16 +9,18 @@
 #pragma once
 #include "core/platform.h"
 
+#include <cstdint>
+
 struct ComponentThread {
     // What the module fills in once.
-    const char* title;      // the window's title; what "LastException" names
-    uint16_t windowId;      // component window id, 0 for engines and icons
-    int isEngine;           // above-normal priority, Running, the shared block's bit
-    uint32_t runningBit;    // SharedRunningBit, 0 none
-    DWORD stopWaitMs;       // 0 means kStopWaitMs
+    const char* title;                // the window's title; what "LastException" names
+    uint16_t windowId;                // component window id, 0 for engines and icons
+    int isEngine;                     // above-normal priority, Running, the shared block's bit
+    uint32_t runningBit;              // SharedRunningBit, 0 none
+    DWORD stopWaitMs;                 // 0 means kStopWaitMs
     int (*Open)(ComponentThread*);    // on the thread: make everything, set Window; 1 when ready
     void (*Opened)(ComponentThread*); // on the thread, after the starter was told; may be null
-    void (*Close)(ComponentThread*);  // on the thread after its loop, and after a fault; may be null
+    void (*Close)(ComponentThread*); // on the thread after its loop, and after a fault; may be null
     void (*Forget)(ComponentThread*); // on the console's thread after a kill: clear globals
 
     // The start record.
@@ -31,6 +33,7 @@ struct ComponentThread {
     volatile LONG Running; // 1 from a successful Open until Close
     volatile LONG Ending;  // 1 once the loop is over
     volatile LONG Failed;  // a fault was caught
+    volatile LONG Told;    // the starter knows how Open ended
 };
 
 constexpr DWORD kStopWaitMs = 2000;

@@ -15,8 +15,8 @@ constexpr const char* kSettingsRoot = "Software\\Tonvista";
 int ReadRegValue(RegRoot root, const char* path, const char* name, RegType type, void* buffer,
                  uint32_t size);
 // Creates the key when it is missing.
-int WriteRegValue(RegRoot root, const char* path, const char* name, RegType type,
-                  const void* data, uint32_t size);
+int WriteRegValue(RegRoot root, const char* path, const char* name, RegType type, const void* data,
+                  uint32_t size);
 // By enumeration of the key's values, ignoring case; creates nothing.
 int RegValueExists(RegRoot root, const char* path, const char* name);
 int RegKeyExists(RegRoot root, const char* path);

@@ -11,10 +11,10 @@ constexpr uint32_t kSharedBlockVersion = 14;
 constexpr const char* kSharedBlockName = "TonvistaSharedControlBlock";
 
 enum SharedCommandBit : uint32_t {
-    kCommandNew = 0x1,      // a second instance left a command
-    kCommandPlayCd = 0x2,   // play a CD, in the drive CommandDrive
-    kCommandRefresh = 0x4,  // read the disc again
-    kCommandNoUi = 0x400,   // play without user interface
+    kCommandNew = 0x1,     // a second instance left a command
+    kCommandPlayCd = 0x2,  // play a CD, in the drive CommandDrive
+    kCommandRefresh = 0x4, // read the disc again
+    kCommandNoUi = 0x400,  // play without user interface
     kCommandOpenFile = 0x800
 };
 enum SharedRunningBit : uint32_t {

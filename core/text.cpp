@@ -31,8 +31,12 @@ int FormatText(char* to, size_t size, const char* format, ...) {
     return static_cast<int>(std::strlen(to));
 }
 
-static char Lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; }
-static char Upper(char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 32) : c; }
+static char Lower(char c) {
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c;
+}
+static char Upper(char c) {
+    return c >= 'a' && c <= 'z' ? static_cast<char>(c - 32) : c;
+}
 
 int SameText(const char* a, const char* b) {
     while (*a && Lower(*a) == Lower(*b)) {

@@ -4,7 +4,9 @@
 
 // Copies at most size - 1 characters and terminates. A null source counts as empty.
 void CopyText(char* to, size_t size, const char* from);
-template <size_t N> void CopyText(char (&to)[N], const char* from) { CopyText(to, N, from); }
+template <size_t N> void CopyText(char (&to)[N], const char* from) {
+    CopyText(to, N, from);
+}
 
 // Appends within the buffer's size, cutting what does not fit.
 void AppendText(char* to, size_t size, const char* from);

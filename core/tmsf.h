@@ -13,17 +13,31 @@ constexpr uint32_t kLeadInFrames = 150; // track 1 of a usual disc starts at 00:
 constexpr Tmsf MakeTmsf(uint32_t track, uint32_t minute, uint32_t second, uint32_t frame) {
     return (track & 0xFF) | (minute & 0xFF) << 8 | (second & 0xFF) << 16 | (frame & 0xFF) << 24;
 }
-constexpr uint32_t TmsfTrack(Tmsf t) { return t & 0xFF; }
-constexpr uint32_t TmsfMinute(Tmsf t) { return t >> 8 & 0xFF; }
-constexpr uint32_t TmsfSecond(Tmsf t) { return t >> 16 & 0xFF; }
-constexpr uint32_t TmsfFrame(Tmsf t) { return t >> 24 & 0xFF; }
+constexpr uint32_t TmsfTrack(Tmsf t) {
+    return t & 0xFF;
+}
+constexpr uint32_t TmsfMinute(Tmsf t) {
+    return t >> 8 & 0xFF;
+}
+constexpr uint32_t TmsfSecond(Tmsf t) {
+    return t >> 16 & 0xFF;
+}
+constexpr uint32_t TmsfFrame(Tmsf t) {
+    return t >> 24 & 0xFF;
+}
 
 constexpr Msf MakeMsf(uint32_t minute, uint32_t second, uint32_t frame) {
     return (minute & 0xFF) | (second & 0xFF) << 8 | (frame & 0xFF) << 16;
 }
-constexpr uint32_t MsfMinute(Msf m) { return m & 0xFF; }
-constexpr uint32_t MsfSecond(Msf m) { return m >> 8 & 0xFF; }
-constexpr uint32_t MsfFrame(Msf m) { return m >> 16 & 0xFF; }
+constexpr uint32_t MsfMinute(Msf m) {
+    return m & 0xFF;
+}
+constexpr uint32_t MsfSecond(Msf m) {
+    return m >> 8 & 0xFF;
+}
+constexpr uint32_t MsfFrame(Msf m) {
+    return m >> 16 & 0xFF;
+}
 
 // Frames of an MSF value and back. Minutes above 255 do not fit and wrap, as they do in MCI.
 constexpr uint32_t MsfToFrames(Msf m) {
@@ -35,4 +49,6 @@ constexpr Msf FramesToMsf(uint32_t frames) {
 }
 
 // Seconds within the track; the frames are dropped.
-constexpr uint32_t TmsfSeconds(Tmsf t) { return TmsfMinute(t) * 60 + TmsfSecond(t); }
+constexpr uint32_t TmsfSeconds(Tmsf t) {
+    return TmsfMinute(t) * 60 + TmsfSecond(t);
+}

@@ -1,0 +1,68 @@
+// Mapping of the shared control block. See shared_block.h.
+#include "core/shared_block.h"
+
+#include "core/platform.h"
+
+#include <cstring>
+
+SharedControlBlock* SharedBlock = nullptr;
+
+// The view keeps the mapping alive; the handle is kept with it so that both end together.
+static HANDLE s_mapping;
+
+SharedControlBlock* OpenSharedBlock() {
+    SetLastError(ERROR_SUCCESS);
+    HANDLE mapping = CreateFileMappingA(INVALID_HANDLE_VALUE, nullptr, PAGE_READWRITE, 0,
+                                        kSharedBlockSize, kSharedBlockName);
+    if (!mapping) return nullptr;
+    const bool existed = GetLastError() == ERROR_ALREADY_EXISTS;
+    void* view = MapViewOfFile(mapping, FILE_MAP_ALL_ACCESS, 0, 0, kSharedBlockSize);
+    if (!view) { // also when a smaller block of that name stands there
+        CloseHandle(mapping);
+        return nullptr;
+    }
+    auto* block = static_cast<SharedControlBlock*>(view);
+    if (!existed) {
+        std::memset(view, 0, kSharedBlockSize);
+        block->BlockVersion = kSharedBlockVersion;
+        block->BlockSize = kSharedBlockSize;
+    } else if (block->BlockSize != kSharedBlockSize || block->BlockVersion != kSharedBlockVersion) {
+        UnmapViewOfFile(view);
+        CloseHandle(mapping);
+        return nullptr;
+    }
+    s_mapping = mapping;
+    return block;
+}
+
+void CloseSharedBlock(SharedControlBlock* block) {
+    if (!block) return;
+    UnmapViewOfFile(block);
+    if (s_mapping) CloseHandle(s_mapping);
+    s_mapping = nullptr;
+}
+
+static volatile LONG* Field(size_t offset) {
+    if (!SharedBlock || offset > kSharedBlockSize - sizeof(LONG)) return nullptr;
+    return reinterpret_cast<volatile LONG*>(reinterpret_cast<char*>(SharedBlock) + offset);
+}
+
+uint32_t SetSharedBits(size_t offset, uint32_t bits) {
+    volatile LONG* field = Field(offset);
+    return field ? static_cast<uint32_t>(InterlockedOr(field, static_cast<LONG>(bits))) : 0;
+}
+
+uint32_t ClearSharedBits(size_t offset, uint32_t bits) {
+    volatile LONG* field = Field(offset);
+    return field ? static_cast<uint32_t>(InterlockedAnd(field, static_cast<LONG>(~bits))) : 0;
+}
+
+uint32_t ExchangeShared(size_t offset, uint32_t value) {
+    volatile LONG* field = Field(offset);
+    return field ? static_cast<uint32_t>(InterlockedExchange(field, static_cast<LONG>(value))) : 0;
+}
+
+uint32_t ReadShared(size_t offset) {
+    const volatile LONG* field = Field(offset);
+    return field ? static_cast<uint32_t>(*field) : 0;
+}
