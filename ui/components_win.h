@@ -32,11 +32,10 @@ struct VolumeControl {
     int (*ToggleMute)();
 };
 
+// Made in app/ and handed to the console; rows live as long as the program. Table order is the
+// order of buttons and menu entries.
 struct ComponentTable {
     const ComponentEntry* entries;
     int count;                   // at most kMaxComponents
     const VolumeControl* volume; // may be null
 };
-
-// Made in app/; rows live as long as the program. Table order is the order of buttons and menus.
-const ComponentTable* Components();
