@@ -76,7 +76,7 @@ case " ${missing[*]} " in
 esac
 
 install_missing() { # APT OPTIONS...
-  as_root apt-get install -y --no-install-recommends "$@" "${missing[@]}"
+  as_root apt-get install -y --no-install-recommends -o Dpkg::Use-Pty=0 "$@" "${missing[@]}"
 }
 
 # A mirror whose lists are half out of step gives errors here and still installs below.

@@ -11,6 +11,7 @@ import os
 import subprocess
 import sys
 
+sys.dont_write_bytecode = True
 sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
 import built  # noqa: E402
 import resources  # noqa: E402
