@@ -1,0 +1,95 @@
+// What a start is asked for (command line, build date) and where a saved window may stand.
+#include "core/command_line.h"
+#include "core/placement.h"
+
+#include <gtest/gtest.h>
+#include <string>
+#include <vector>
+
+static StartRequest Parse(std::vector<std::string> words) {
+    std::vector<const char*> pointers;
+    for (const auto& word : words)
+        pointers.push_back(word.c_str());
+    StartRequest request = EmptyStartRequest();
+    ParseWords(static_cast<int>(pointers.size()), pointers.data(), &request);
+    return request;
+}
+
+TEST(CommandLine, PlaySwallowsTheNextWordAndNeverTakesItsLetter) {
+    for (const char* word : {"/play", "-PLAY", "/pplay"}) {
+        const StartRequest r = Parse({"tonvista.exe", word, "e:", "song.mp3"});
+        EXPECT_EQ(r.PlayRequested, 1u) << word;
+        EXPECT_EQ(r.PlayDriveLetter, '-') << word;
+        EXPECT_EQ(r.PPlay, word[1] == 'p' && word[2] == 'p' ? 1u : 0u) << word;
+        EXPECT_STREQ(r.MediaFilePath, "song.mp3") << word;
+    }
+    const StartRequest swallowed = Parse({"/play", "song.mp3"});
+    EXPECT_EQ(swallowed.MediaFileGiven, 0u);
+    EXPECT_EQ(Parse({"/play"}).PlayRequested, 1u);
+}
+
+TEST(CommandLine, SwitchesAndMediaFiles) {
+    const StartRequest none = Parse({"C:\\Program Files\\Tonvista\\tonvista.exe"});
+    EXPECT_EQ(none.MediaFileGiven + none.PlayRequested + none.TargetGiven + none.NoEngines, 0u);
+    EXPECT_EQ(none.ClaimDefaultCDPlayer, 1u);
+
+    const StartRequest all = Parse({"-Install", "/NODEFCD", "-nodefmed", "/noeng", "/reg",
+                                    "/target", "C:\\Some Place", "unknown", "/target"});
+    EXPECT_EQ(all.InstallRequested, 1u);
+    EXPECT_EQ(all.InstallUIRequested, 0u);
+    EXPECT_EQ(all.ClaimDefaultCDPlayer + all.ClaimDefaultMediaPlayer, 0u);
+    EXPECT_EQ(all.NoEngines + all.RegisterShellRequested, 2u);
+    EXPECT_STREQ(all.TargetPath, "C:\\Some Place") << "copied whole, case kept";
+    EXPECT_EQ(Parse({"/installui"}).InstallRequested, 1u);
+
+    EXPECT_STREQ(Parse({"a.wav", "Song.PLS"}).MediaFilePath, "song.pls") << "the later one counts";
+    EXPECT_EQ(Parse({"C:\\My.MP3s\\list.txt"}).MediaFileGiven, 1u);
+    EXPECT_EQ(Parse({"readme.txt"}).MediaFileGiven, 0u);
+}
+
+TEST(CommandLine, WordsOfAnyLengthAreCut) {
+    const std::string longWord(100000, 'X');
+    const StartRequest r =
+        Parse({longWord, longWord + ".mp3", "/target", longWord, "a.mp3" + longWord});
+    EXPECT_EQ(std::string(r.TargetPath), std::string(259, 'X'));
+    EXPECT_EQ(std::string(r.MediaFilePath), "a.mp3" + std::string(254, 'x'));
+}
+
+TEST(CommandLine, BuildDates) {
+    const struct {
+        const char* date;
+        uint16_t year, monthDay;
+    } cases[] = {{"Feb  4 2006", 2006, 204},  {"Aug 31 2026", 2026, 831},
+                 {"Apr  1 1999", 1999, 401},  {"May 10 2000", 2000, 510},
+                 {"Mar 10 2000", 2000, 310},  {"Jan  1 2000", 2000, 101},
+                 {"Jun  1 2000", 2000, 601},  {"Jul  1 2000", 2000, 701},
+                 {"Dec 25 2001", 2001, 1225}, {"", 0, 0},
+                 {"Xyz  1 2000", 0, 0},       {"Feb 4", 0, 0}};
+    for (const auto& c : cases) {
+        uint16_t year = 1, monthDay = 1;
+        ParseBuildDate(c.date, &year, &monthDay);
+        EXPECT_EQ(year, c.year) << c.date;
+        EXPECT_EQ(monthDay, c.monthDay) << c.date;
+    }
+}
+
+TEST(Placement, KeepsTwentyPixelsInSight) {
+    const Bounds screen = {0, 0, 1280, 1024};
+    const struct {
+        int32_t x, y, width, height, wantX, wantY;
+    } cases[] = {{100, 100, 500, 200, 100, 100},
+                 {5000, 5000, 500, 200, 1260, 1004},
+                 {-800, 10, 500, 200, 20 - 500, 10},
+                 {10, -800, 500, 200, 10, 20 - 200},
+                 {INT32_MIN, INT32_MIN, 500, 200, 20 - 500, 20 - 200},
+                 {INT32_MAX, 10, INT32_MAX, 200, 1260, 10},
+                 {INT32_MIN, 10, INT32_MIN, 200, INT32_MAX, 10}};
+    for (const auto& c : cases) {
+        WindowPlacement p = DefaultPlacement(2);
+        p.X = c.x, p.Y = c.y, p.Width = c.width, p.Height = c.height;
+        ClampPlacement(&p, screen);
+        EXPECT_EQ(p.X, c.wantX) << c.x;
+        EXPECT_EQ(p.Y, c.wantY) << c.y;
+        EXPECT_EQ(p.Width, c.width) << "the size is never changed";
+    }
+}

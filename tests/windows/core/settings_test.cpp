@@ -1,0 +1,112 @@
+// The settings store on a real registry, and the shared block between two mappings.
+#include "core/settings.h"
+#include "core/placement.h"
+#include "core/platform.h"
+#include "core/shared_block.h"
+
+#include <gtest/gtest.h>
+#include <string>
+
+static const char* const kTrialKey = "Software\\TonvistaTrial";
+
+namespace {
+class SettingsTest : public testing::Test {
+protected:
+    void SetUp() override { DeleteRegTree(kUserRoot, kTrialKey); }
+    void TearDown() override { DeleteRegTree(kUserRoot, kTrialKey); }
+};
+} // namespace
+
+TEST_F(SettingsTest, FailedReadsLeaveTheDefault) {
+    const std::string longText(300, 'x');
+    WriteRegString(kUserRoot, kTrialKey, "Text", "abc");
+    WriteRegString(kUserRoot, kTrialKey, "Long", longText.c_str());
+    WriteRegValue(kUserRoot, kTrialKey, "Three", kRegBinary, "abc", 3);
+    WriteRegValue(kUserRoot, kTrialKey, "NoNul", kRegSz, "abcd", 4);
+    WriteRegDword(kUserRoot, kTrialKey, "Binary", kRegBinary, 77);
+    WriteRegDword(kUserRoot, kTrialKey, "Word", kRegDword, 78);
+
+    uint32_t number = 5;
+    for (const char* name : {"Missing", "Text", "Long", "Three"})
+        EXPECT_EQ(ReadRegValue(kUserRoot, kTrialKey, name, kRegDword, &number, 4), 0) << name;
+    EXPECT_EQ(number, 5u);
+    EXPECT_EQ(ReadRegValue(kUserRoot, kTrialKey, "Binary", kRegDword, &number, 4), 1);
+    EXPECT_EQ(number, 77u);
+    EXPECT_EQ(ReadRegValue(kUserRoot, kTrialKey, "Word", kRegBinary, &number, 4), 1);
+    EXPECT_EQ(number, 78u);
+
+    char text[8] = "before";
+    for (const char* name : {"Missing", "Word", "Binary", "Long"})
+        EXPECT_EQ(ReadRegString(kUserRoot, kTrialKey, name, text, sizeof text), 0) << name;
+    EXPECT_STREQ(text, "before");
+    EXPECT_EQ(ReadRegString(kUserRoot, kTrialKey, "NoNul", text, sizeof text), 1);
+    EXPECT_STREQ(text, "abcd");
+}
+
+TEST_F(SettingsTest, ExistenceCreationAndTrees) {
+    EXPECT_EQ(RegValueExists(kUserRoot, kTrialKey, "Word"), 0);
+    EXPECT_FALSE(RegKeyExists(kUserRoot, kTrialKey)) << "asking for a value creates nothing";
+    EXPECT_EQ(ReadRegDword(kUserRoot, kTrialKey, "Word"), 0u);
+    EXPECT_TRUE(RegKeyExists(kUserRoot, kTrialKey)) << "reading a number leaves an empty key";
+    WriteRegDword(kUserRoot, kTrialKey, "Word", kRegDword, 1);
+    EXPECT_EQ(RegValueExists(kUserRoot, kTrialKey, "wORD"), 1);
+
+    const std::string deep = std::string(kTrialKey) + "\\a\\b\\c";
+    WriteRegDword(kUserRoot, deep.c_str(), "Word", kRegDword, 1);
+    EXPECT_EQ(DeleteRegTree(kUserRoot, kTrialKey), 0u);
+    EXPECT_FALSE(RegKeyExists(kUserRoot, kTrialKey));
+    EXPECT_EQ(DeleteRegTree(kUserRoot, kTrialKey), static_cast<uint32_t>(ERROR_FILE_NOT_FOUND));
+    EXPECT_EQ(DeleteRegTree(kUserRoot, ""), 1010u);
+}
+
+TEST_F(SettingsTest, SeedsNeverReplaceAndPlacementsComeBack) {
+    constexpr uint32_t kWindow = 77; // no component's number
+    const char* const section = "Software\\Tonvista\\UIWindow77";
+    DeleteRegTree(kUserRoot, section);
+    uint32_t one = 1, two = 2;
+    SeedWindowSetting(kWindow, "Value", kRegDword, 4, &one);
+    SeedWindowSetting(kWindow, "value", kRegDword, 4, &two);
+    EXPECT_EQ(ReadWindowDword(kWindow, "Value", 9), 1u);
+    EXPECT_EQ(ReadWindowDword(kWindow, "Other", 9), 9u);
+
+    WindowPlacement p = {};
+    LoadWindowPlacement(kWindow, &p);
+    EXPECT_EQ(p.X, 10);
+    EXPECT_EQ(p.Height, 200);
+    EXPECT_EQ(p.BkColor, 0x404040u);
+    p = {50, 60, 300, 120, 0x123456, kWindow};
+    WriteWindowPlacement(p);
+    WindowPlacement back = {};
+    LoadWindowPlacement(kWindow, &back);
+    EXPECT_EQ(std::string(reinterpret_cast<char*>(&p), sizeof p),
+              std::string(reinterpret_cast<char*>(&back), sizeof back));
+    WriteWindowSetting(kWindow, "X", kRegBinary, 3, "abc");
+    LoadWindowPlacement(kWindow, &back);
+    EXPECT_EQ(back.X, 10) << "a value of the wrong size counts as missing";
+    DeleteRegTree(kUserRoot, section);
+}
+
+TEST(SharedBlock, IsZeroedOnceAndRefusedWhenItIsAnothers) {
+    SharedControlBlock* first = OpenSharedBlock();
+    ASSERT_NE(first, nullptr);
+    EXPECT_EQ(first->BlockSize, 5206u);
+    EXPECT_EQ(first->BlockVersion, 14u);
+    SharedBlock = first;
+    EXPECT_EQ(SetSharedBits(SHARED_FIELD(RunningFlags), 5), 0u);
+    EXPECT_EQ(ClearSharedBits(SHARED_FIELD(RunningFlags), 1), 5u);
+    EXPECT_EQ(ReadShared(SHARED_FIELD(RunningFlags)), 4u);
+    EXPECT_EQ(SetSharedBits(kSharedBlockSize - 2, 1), 0u) << "a field that would lie outside";
+
+    first->BlockVersion = 13;
+    SharedControlBlock* other = OpenSharedBlock();
+    EXPECT_EQ(other, nullptr);
+    first->BlockVersion = 14;
+    SharedBlock = nullptr;
+    EXPECT_EQ(SetSharedBits(SHARED_FIELD(RunningFlags), 5), 0u);
+    CloseSharedBlock(first);
+    // The leak of the refused opening would keep the block alive and unzeroed.
+    SharedControlBlock* again = OpenSharedBlock();
+    ASSERT_NE(again, nullptr);
+    EXPECT_EQ(again->RunningFlags, 0u);
+    CloseSharedBlock(again);
+}
