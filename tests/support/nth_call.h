@@ -8,7 +8,9 @@ struct NthCall {
 };
 
 // Counts a call; 1 when this is the one that fails.
-inline int FailsNow(NthCall& calls) { return ++calls.count == calls.failAt; }
+inline int FailsNow(NthCall& calls) {
+    return ++calls.count == calls.failAt;
+}
 
 // scenario(calls) is run with failAt = 1, 2, ... until a run makes fewer calls than that; returns
 // the number of runs in which a call failed. `limit` guards against a scenario that never ends.
