@@ -6,6 +6,7 @@ add_library(tonvista_options INTERFACE)
 target_include_directories(tonvista_options INTERFACE ${CMAKE_SOURCE_DIR} ${CMAKE_SOURCE_DIR}/app)
 if(WIN32)
   target_compile_definitions(tonvista_options INTERFACE WIN32_LEAN_AND_MEAN NOMINMAX STRICT)
+  target_link_options(tonvista_options INTERFACE -static) # also where no toolchain file says so
   if(CMAKE_SYSTEM_PROCESSOR STREQUAL "x86")
     # SSE for speed and for the same bits as the native build; callbacks may enter with a stack
     # that is only 4-byte aligned.
