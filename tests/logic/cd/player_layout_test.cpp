@@ -1,0 +1,144 @@
+// The CD player's geometry: at every size all controls lie inside the margins, none over another,
+// and the letters chosen for them fit.
+#include "cd/player_layout.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+struct Size {
+    int width, height;
+};
+
+// Client sizes: the built-in layouts' (less a frame of 4 at each side), larger ones, small ones.
+static const Size kSizes[] = {{608, 138}, {608, 113}, {654, 126},  {645, 124},  {734, 160},
+                              {734, 164}, {544, 126}, {1192, 292}, {1592, 200}, {1592, 500},
+                              {292, 92},  {292, 292}, {480, 113},  {493, 113},  {494, 113},
+                              {400, 92},  {1592, 92}};
+
+static int Right(const Box& box) {
+    return box.left + box.width;
+}
+static int Bottom(const Box& box) {
+    return box.top + box.height;
+}
+
+static bool Overlap(const Box& a, const Box& b) {
+    return a.left < Right(b) && b.left < Right(a) && a.top < Bottom(b) && b.top < Bottom(a);
+}
+
+static std::string At(const Size& size, int id) {
+    return std::to_string(size.width) + "x" + std::to_string(size.height) + " id " +
+           std::to_string(id);
+}
+
+static std::vector<Box> AllBoxes(const PlayerLayout& layout) {
+    std::vector<Box> boxes(std::begin(layout.boxes), std::end(layout.boxes));
+    boxes.push_back(layout.pie);
+    return boxes;
+}
+
+// Widths in thousandths of the em height (less than of the cell height, so they ask for more room),
+// as a bold Arial has them.
+static PlayerTextWidths ArialWidths() {
+    PlayerTextWidths widths = {};
+    const struct {
+        int id, width;
+    } rows[] = {{kPlayerPlay, 2060},      {kPlayerBack, 2780},      {kPlayerForward, 2000},
+                {kPlayerPause, 3000},     {kPlayerStop, 2220},      {kPlayerEject, 2500},
+                {kPlayerRepeat, 3500},    {kPlayerRandom, 4110},    {kPlayerIntro, 2500},
+                {kPlayerProgram, 4340},   {kPlayerInfo, 3350},      {kPlayerPower, 3060},
+                {kPlayerCaption, 4200},   {kPlayerTrackTime, 8900}, {kPlayerDiscTime, 2560},
+                {kPlayerDriveTime, 4400}, {kPlayerRestart, 870},    {kPlayerTrackLock, 870},
+                {kPlayerRepeater, 560},   {kPlayerNextPage, 590},   {kPlayerPreviousPage, 340}};
+    for (const auto& row : rows)
+        widths.width[row.id - kPlayerFirst] = row.width;
+    for (int i = 0; i < kPlayerTrackButtons; ++i)
+        widths.width[kPlayerTrack1 + i - kPlayerFirst] = 1670;
+    return widths;
+}
+
+TEST(PlayerLayout, EverythingInsideAndApart) {
+    for (const Size& size : kSizes) {
+        const auto boxes = AllBoxes(LayOutPlayer(size.width, size.height));
+        for (size_t i = 0; i < boxes.size(); ++i) {
+            const Box& a = boxes[i];
+            const std::string at = At(size, static_cast<int>(i) + kPlayerFirst);
+            EXPECT_GE(a.left, kPlayerMargin) << at;
+            EXPECT_GE(a.top, kPlayerMargin) << at;
+            EXPECT_LE(Right(a), size.width - kPlayerMargin) << at;
+            EXPECT_LE(Bottom(a), size.height - kPlayerMargin) << at;
+            EXPECT_GE(a.width, 9) << at;
+            EXPECT_GE(a.height, 7) << at;
+            for (size_t j = i + 1; j < boxes.size(); ++j)
+                EXPECT_FALSE(Overlap(a, boxes[j])) << at << " and " << j + kPlayerFirst;
+        }
+    }
+}
+
+// The whole client area is used: some box touches each margin.
+TEST(PlayerLayout, MarginsAreEven) {
+    for (const Size& size : kSizes) {
+        int left = size.width, top = size.height, right = 0, bottom = 0;
+        for (const Box& box : AllBoxes(LayOutPlayer(size.width, size.height))) {
+            left = std::min(left, box.left);
+            top = std::min(top, box.top);
+            right = std::max(right, Right(box));
+            bottom = std::max(bottom, Bottom(box));
+        }
+        EXPECT_EQ(left, kPlayerMargin) << At(size, 0);
+        EXPECT_EQ(top, kPlayerMargin) << At(size, 0);
+        EXPECT_EQ(right, size.width - kPlayerMargin) << At(size, 0);
+        EXPECT_EQ(bottom, size.height - kPlayerMargin) << At(size, 0);
+    }
+}
+
+TEST(PlayerLayout, TrackButtonsReadInOrder) {
+    for (const Size& size : kSizes) {
+        const PlayerLayout layout = LayOutPlayer(size.width, size.height);
+        for (int i = 1; i < kPlayerTrackButtons; ++i) {
+            const Box& a = layout.boxes[kPlayerTrack1 + i - 1 - kPlayerFirst];
+            const Box& b = layout.boxes[kPlayerTrack1 + i - kPlayerFirst];
+            EXPECT_TRUE(b.left >= Right(a) || b.top >= Bottom(a)) << At(size, kPlayerTrack1 + i);
+        }
+        EXPECT_EQ(layout.pie.width, layout.pie.height);
+    }
+}
+
+TEST(PlayerLayout, LettersFitTheirBoxes) {
+    const PlayerTextWidths widths = ArialWidths();
+    for (const Size& size : kSizes) {
+        const PlayerLayout layout = LayOutPlayer(size.width, size.height);
+        int fonts[kPlayerFonts];
+        PlayerFontSizes(layout, widths, 1, fonts);
+        for (int i = 0; i < kPlayerControls; ++i) {
+            const int letters = fonts[PlayerFontOf(kPlayerFirst + i)];
+            const Box& box = layout.boxes[i];
+            if (letters == kPlayerMinLetter) continue; // the floor of legibility goes first
+            if (i + kPlayerFirst == kPlayerSlider) continue;
+            EXPECT_LE(widths.width[i] * letters / 1000, box.width - 2)
+                << At(size, i + kPlayerFirst);
+            EXPECT_LE(letters, box.height) << At(size, i + kPlayerFirst);
+        }
+    }
+}
+
+// The built-in layouts must be readable.
+TEST(PlayerLayout, BuiltInSizesHaveReadableLetters) {
+    for (int i = 0; i < 6; ++i) {
+        int fonts[kPlayerFonts];
+        PlayerFontSizes(LayOutPlayer(kSizes[i].width, kSizes[i].height), ArialWidths(), 0, fonts);
+        for (int font = 0; font < kPlayerFonts; ++font)
+            EXPECT_GE(fonts[font], 9) << At(kSizes[i], font);
+        EXPECT_GE(fonts[kFontTimes], 12) << At(kSizes[i], 0);
+    }
+}
+
+TEST(PlayerLayout, ImpossibleSizesNeverTurnInsideOut) {
+    for (const Size size : {Size{0, 0}, {1, 1}, {14, 14}, {30, 10}, {104, 19}, {-5, -5}})
+        for (const Box& box : AllBoxes(LayOutPlayer(size.width, size.height))) {
+            EXPECT_GE(box.width, 0) << At(size, 0);
+            EXPECT_GE(box.height, 0) << At(size, 0);
+        }
+}
