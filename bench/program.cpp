@@ -1,0 +1,290 @@
+// The running program in figures, each beside an empty one-window program started in the same
+// prefix: time to painted windows, private memory, GDI and kernel handles, CPU seconds a minute
+// while a disc plays and while idle, and what 200 openings of the CD player leave behind.
+//
+//   bench_program            the whole table
+//   bench_program empty      the empty program (started by the table)
+#include "tests/support/driver_win.h"
+#include "tests/support/tone_disc.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <vector>
+#include <winternl.h>
+
+constexpr COLORREF kBackground = 0x404040;
+constexpr const char* kEmptyTitle = "TonvistaEmptyProgram";
+
+// ---- the empty program
+
+static LRESULT CALLBACK EmptyProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    if (message == WM_CLOSE) PostQuitMessage(0);
+    return DefWindowProcA(window, message, wParam, lParam);
+}
+
+static int RunEmpty() {
+    WNDCLASSA windowClass = {};
+    windowClass.lpfnWndProc = EmptyProc;
+    windowClass.hbrBackground = CreateSolidBrush(kBackground);
+    windowClass.lpszClassName = kEmptyTitle;
+    RegisterClassA(&windowClass);
+    CreateWindowA(kEmptyTitle, kEmptyTitle, WS_POPUP | WS_VISIBLE, 20, 700, 500, 120, nullptr,
+                  nullptr, nullptr, nullptr);
+    MSG message;
+    while (GetMessageA(&message, nullptr, 0, 0) > 0)
+        DispatchMessageA(&message);
+    return 0;
+}
+
+// ---- counters
+
+namespace {
+struct Started {
+    HANDLE process;
+    DWORD id;
+    double milliseconds; // to painted windows
+};
+} // namespace
+
+static double Now() {
+    LARGE_INTEGER count, frequency;
+    QueryPerformanceCounter(&count);
+    QueryPerformanceFrequency(&frequency);
+    return 1000.0 * static_cast<double>(count.QuadPart) / static_cast<double>(frequency.QuadPart);
+}
+
+// A window is painted when its background stands on the screen, just inside the raised edge.
+static bool Painted(HWND window) {
+    if (!window || !IsWindowVisible(window)) return false;
+    HDC dc = GetDC(window);
+    const bool painted = GetPixel(dc, 4, 4) == kBackground;
+    ReleaseDC(window, dc);
+    return painted;
+}
+
+static Started Launch(const std::string& line, bool (*ready)()) {
+    STARTUPINFOA startup = {};
+    startup.cb = sizeof startup;
+    PROCESS_INFORMATION info = {};
+    std::string command = line;
+    const double start = Now();
+    if (!CreateProcessA(nullptr, command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr,
+                        &startup, &info)) {
+        std::printf("cannot start %s\n", line.c_str());
+        std::exit(1);
+    }
+    while (!ready() && Now() - start < 20000)
+        Sleep(1);
+    CloseHandle(info.hThread);
+    return {info.hProcess, info.dwProcessId, Now() - start};
+}
+
+static void End(Started& started, HWND window) {
+    PostMessageA(window, WM_CLOSE, 0, 0);
+    if (WaitForSingleObject(started.process, 15000) != WAIT_OBJECT_0) {
+        std::printf("it did not end\n");
+        TerminateProcess(started.process, 1);
+    }
+    CloseHandle(started.process);
+}
+
+static bool EmptyReady() {
+    return Painted(FindWindowA(kEmptyTitle, kEmptyTitle));
+}
+static bool ProgramReady() {
+    return Painted(FindConsole()) && Painted(FindComponent("CDPlayerUI"));
+}
+
+static Started LaunchEmpty() {
+    char self[MAX_PATH] = "";
+    GetModuleFileNameA(nullptr, self, MAX_PATH);
+    return Launch(std::string("\"") + self + "\" empty", EmptyReady);
+}
+static Started LaunchProgram() {
+    return Launch("\"" + ProgramPath() + "\"", ProgramReady);
+}
+
+static double CpuSeconds(HANDLE process) {
+    FILETIME created, ended, kernel, user;
+    GetProcessTimes(process, &created, &ended, &kernel, &user);
+    const auto seconds = [](FILETIME t) {
+        return 1e-7 *
+               static_cast<double>(static_cast<uint64_t>(t.dwHighDateTime) << 32 | t.dwLowDateTime);
+    };
+    return seconds(kernel) + seconds(user);
+}
+
+// Private memory of the newest Unix process of that name, in KiB: Wine's own figure for a Windows
+// process counts what it reserved.
+static long PrivateKiB(const char* name) {
+    WIN32_FIND_DATAA found;
+    HANDLE search = FindFirstFileA("Z:\\proc\\*", &found);
+    long best = 0, newest = -1;
+    do {
+        const long id = std::atol(found.cFileName);
+        if (id <= newest) continue;
+        char path[64], text[64] = "";
+        std::snprintf(path, sizeof path, "Z:\\proc\\%ld\\comm", id);
+        FILE* file = std::fopen(path, "r");
+        if (!file) continue;
+        const bool same =
+            std::fgets(text, sizeof text, file) && !std::strncmp(text, name, std::strlen(name));
+        std::fclose(file);
+        if (!same) continue;
+        std::snprintf(path, sizeof path, "Z:\\proc\\%ld\\smaps_rollup", id);
+        file = std::fopen(path, "r");
+        if (!file) continue;
+        long clean = 0, dirty = 0;
+        while (std::fgets(text, sizeof text, file)) {
+            std::sscanf(text, "Private_Clean: %ld", &clean);
+            std::sscanf(text, "Private_Dirty: %ld", &dirty);
+        }
+        std::fclose(file);
+        newest = id;
+        best = dirty;
+    } while (FindNextFileA(search, &found));
+    FindClose(search);
+    return best;
+}
+
+// GetProcessHandleCount and GetGuiResources answer 0 under Wine; these counters are true there.
+static int KernelHandles(DWORD processId) {
+    struct HandleEntry {
+        ULONG owner;
+        BYTE type, flags;
+        USHORT handle;
+        void* object;
+        ACCESS_MASK access;
+    };
+    using Query = LONG(NTAPI*)(ULONG, void*, ULONG, ULONG*);
+    const auto query = reinterpret_cast<Query>(reinterpret_cast<void*>(
+        GetProcAddress(GetModuleHandleA("ntdll"), "NtQuerySystemInformation")));
+    std::vector<char> bytes(4 << 20);
+    ULONG used = 0;
+    if (query(16, bytes.data(), static_cast<ULONG>(bytes.size()), &used) < 0) return -1;
+    const ULONG count = *reinterpret_cast<ULONG*>(bytes.data());
+    const auto* entry = reinterpret_cast<HandleEntry*>(bytes.data() + sizeof(void*));
+    return static_cast<int>(std::count_if(
+        entry, entry + count, [&](const HandleEntry& e) { return e.owner == processId; }));
+}
+
+static int GdiObjects(HANDLE process) {
+    struct GdiEntry {
+        uint64_t object;
+        uint32_t owner;
+        uint16_t unique;
+        uint8_t type, flags;
+        uint64_t user;
+    };
+    constexpr size_t kEntries = 65536, kTableInPeb = 0x94;
+    PROCESS_BASIC_INFORMATION basic = {};
+    using Query = LONG(NTAPI*)(HANDLE, ULONG, void*, ULONG, ULONG*);
+    const auto query = reinterpret_cast<Query>(reinterpret_cast<void*>(
+        GetProcAddress(GetModuleHandleA("ntdll"), "NtQueryInformationProcess")));
+    if (query(process, 0, &basic, sizeof basic, nullptr) < 0) return -1;
+    uint32_t table = 0;
+    SIZE_T got = 0;
+    const char* at = reinterpret_cast<const char*>(basic.PebBaseAddress) + kTableInPeb;
+    if (!ReadProcessMemory(process, at, &table, sizeof table, &got) || !table) return -1;
+    std::vector<GdiEntry> entries(kEntries);
+    if (!ReadProcessMemory(process, reinterpret_cast<void*>(static_cast<uintptr_t>(table)),
+                           entries.data(), kEntries * sizeof(GdiEntry), &got))
+        return -1;
+    return static_cast<int>(std::count_if(entries.begin(), entries.end(),
+                                          [](const GdiEntry& e) { return e.type != 0; }));
+}
+
+// ---- the table
+
+static void Row(const char* name, double ours, double empty, const char* unit) {
+    if (empty > 0)
+        std::printf("%-46s %10.2f %10.2f %8.2f  %s\n", name, ours, empty, ours / empty, unit);
+    else
+        std::printf("%-46s %10.2f %10s %8s  %s\n", name, ours, "-", "-", unit);
+}
+
+static double Median(std::vector<double> values) {
+    std::sort(values.begin(), values.end());
+    return values[values.size() / 2];
+}
+
+static void MeasureStart() {
+    std::vector<double> ours, empty;
+    for (int i = 0; i < 11; ++i) { // interleaved; the first pair warms the prefix
+        Started e = LaunchEmpty();
+        End(e, FindWindowA(kEmptyTitle, kEmptyTitle));
+        Started p = LaunchProgram();
+        End(p, FindConsole());
+        if (!i) continue;
+        empty.push_back(e.milliseconds);
+        ours.push_back(p.milliseconds);
+    }
+    Row("start to painted windows (median of 10)", Median(ours), Median(empty), "ms");
+}
+
+static void MeasureCpu(const Started& p, const char* name, DWORD milliseconds) {
+    const double before = CpuSeconds(p.process);
+    Sleep(milliseconds);
+    const double used = (CpuSeconds(p.process) - before) * 60000 / milliseconds;
+    Row(name, used, 0, "CPU s a minute");
+}
+
+static void MeasureReopening(const Started& p) {
+    const HWND console = FindConsole();
+    const auto toggle = [&](bool on) {
+        Command(console, kConsoleCdPlayer);
+        WaitUntil([&] { return (FindComponent("CDPlayerUI") != nullptr) == on; });
+        AnswerTime(console);
+    };
+    const auto rounds = [&](int count) {
+        for (int i = 0; i < count; ++i) {
+            toggle(false);
+            toggle(true);
+        }
+        Sleep(500);
+    };
+    rounds(10); // what is made once and kept
+    const int handles = KernelHandles(p.id), gdi = GdiObjects(p.process);
+    const long memory = PrivateKiB("tonvista.exe");
+    rounds(200);
+    Row("200 openings: growth of kernel handles", KernelHandles(p.id) - handles, 0, "");
+    Row("200 openings: growth of GDI objects", GdiObjects(p.process) - gdi, 0, "");
+    Row("200 openings: growth of private memory",
+        static_cast<double>(PrivateKiB("tonvista.exe") - memory), 0, "KiB");
+}
+
+int main(int argc, char** argv) {
+    if (argc > 1 && !std::strcmp(argv[1], "empty")) return RunEmpty();
+    if (!InstallProgram(BuildFolder())) return 1;
+    FreshSettings();
+    SwitchOn("CDEngineOn");
+    SwitchOn("CDPlayerUI");
+    PutImage(MakeToneDisc(kProgramFolder, "bench", {{440, 9000}, {660, 9000}}).cue);
+    WindowPlacement place = {20, 20, 616, 146, kBackground, 2};
+    WriteWindowPlacement(place);
+    place = {20, 400, 616, 110, kBackground, 1};
+    WriteWindowPlacement(place);
+
+    std::printf("%-46s %10s %10s %8s\n", "", "Tonvista", "empty", "ratio");
+    MeasureStart();
+    Started e = LaunchEmpty();
+    Sleep(1000);
+    Started p = LaunchProgram();
+    Sleep(4000);
+    Row("private memory after start", static_cast<double>(PrivateKiB("tonvista.exe")),
+        static_cast<double>(PrivateKiB("bench_program")), "KiB");
+    Row("kernel handles after start", KernelHandles(p.id), KernelHandles(e.id), "");
+    Row("GDI objects after start", GdiObjects(p.process), GdiObjects(e.process), "");
+    End(e, FindWindowA(kEmptyTitle, kEmptyTitle));
+    MeasureCpu(p, "idle, console and CD player open", 30000);
+    Command(FindCdEngine(), kCdPlay, 1);
+    Sleep(3000);
+    MeasureCpu(p, "a disc plays, console and CD player open", 60000);
+    Command(FindCdEngine(), kCdStop);
+    Sleep(1000);
+    MeasureReopening(p);
+    End(p, FindConsole());
+    return 0;
+}
