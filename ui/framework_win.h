@@ -49,5 +49,6 @@ void DestroyChildWindows(HWND window);
 UINT RegisterWheelMessage();
 
 // From any thread of the program; 0 and null for windows that are not of the class.
+int IsUIWindow(HWND window);
 uint32_t WindowIdOf(HWND window);
 HWND OwnerOf(HWND window);

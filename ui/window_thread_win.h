@@ -12,8 +12,10 @@ struct ComponentWindow {
     WNDPROC procedure = nullptr;                    // GuardedProc<...>; passes on to PassOnMessage
     int (*OnCreateControls)(HWND window) = nullptr; // settings, children, timers; 1 when ready
     void (*OnLayout)(HWND window, int width, int height) = nullptr; // client size; place and fonts
-    void (*OnDestroy)(HWND window) = nullptr; // timers, fonts, registrations; children still live
-    void (*OnSave)() = nullptr;               // after the loop: settings that were not yet written
+    // Timers, fonts, registrations; the children still live. Also after a failed OnCreateControls
+    // and after a fault, so it copes with what was not made.
+    void (*OnDestroy)(HWND window) = nullptr;
+    void (*OnSave)() = nullptr; // after the loop: settings that were not yet written
     void (*Forget)() = nullptr; // on the console's thread after a kill: clear the module's globals
     ComponentThread thread = {};
 };
