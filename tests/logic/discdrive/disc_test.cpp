@@ -1,0 +1,158 @@
+// From a sheet and the lengths of its files to a disc: where tracks start, where bytes lie, what
+// is refused; and the arithmetic of positions.
+#include "core/tmsf.h"
+#include "discdrive/disc.h"
+
+#include <gtest/gtest.h>
+
+constexpr uint64_t kSector = kAudioSectorBytes;
+
+static int Build(const std::string& text, const std::vector<ImageFile>& files, Disc* disc) {
+    CueSheet sheet;
+    EXPECT_TRUE(ReadCue(text, &sheet)) << text;
+    return BuildDisc(sheet, files, disc);
+}
+
+// Where the sound of a frame comes from: file and offset of its sector.
+static std::pair<int, uint64_t> Source(const Disc& disc, uint32_t frame) {
+    const DiscPiece part = NextStretch(disc, frame, frame + 1);
+    return {part.count ? part.file : -2, part.offset};
+}
+
+TEST(Disc, LaysOutGapsSectorSizesAndFiles) {
+    Disc d;
+    // Data of 2048 bytes, then audio in the same file; its gap (index 00) is audio already. The
+    // third track begins in a second file, behind two seconds that no file holds.
+    ASSERT_TRUE(Build("FILE a.bin BINARY\nTRACK 01 MODE1/2048\nINDEX 01 00:00:00\n"
+                      "TRACK 02 AUDIO\nINDEX 00 00:01:00\nINDEX 01 00:02:00\nPOSTGAP 00:01:00\n"
+                      "FILE b.wav WAVE\nTRACK 03 AUDIO\nPREGAP 00:02:00\nINDEX 01 00:00:00\n",
+                      {{0, 75 * 2048 + 225 * kSector}, {44, 10 * kSector + 100}}, &d));
+    ASSERT_EQ(d.tracks.size(), 3u);
+    const struct {
+        uint32_t start, length;
+        int audio;
+    } tracks[] = {{150, 150, 0}, {300, 150 + 75 + 150, 1}, {675, 11, 1}};
+    for (int i = 0; i < 3; ++i) {
+        EXPECT_EQ(d.tracks[i].start, tracks[i].start) << i;
+        EXPECT_EQ(d.tracks[i].length, tracks[i].length) << i;
+        EXPECT_EQ(d.tracks[i].audio, tracks[i].audio) << i;
+    }
+    EXPECT_EQ(d.end, 686u);
+    EXPECT_EQ(Source(d, 150).first, -2) << "data is not played";
+    EXPECT_EQ(Source(d, 226), std::make_pair(0, 75 * 2048 + kSector)) << "the gap's second sector";
+    EXPECT_EQ(Source(d, 300), std::make_pair(0, 75 * 2048 + 75 * kSector));
+    EXPECT_EQ(Source(d, 449), std::make_pair(0, 75 * 2048 + 224 * kSector)) << "the last one";
+    EXPECT_EQ(Source(d, 450).first, -1) << "the gap after track 2";
+    EXPECT_EQ(Source(d, 674).first, -1) << "the gap before track 3";
+    EXPECT_EQ(Source(d, 675), std::make_pair(1, uint64_t{44}));
+    EXPECT_EQ(NextStretch(d, 685, 686).bytes, 100u) << "a WAV file's last sector is filled up";
+}
+
+TEST(Disc, ASheetWithAHiddenFirstTrack) {
+    Disc d;
+    ASSERT_TRUE(Build("FILE a.bin BINARY\nTRACK 01 AUDIO\nINDEX 00 00:00:00\nINDEX 01 00:00:33\n",
+                      {{0, 100 * kSector}}, &d));
+    EXPECT_EQ(d.tracks[0].start, 183u);
+    EXPECT_EQ(d.end, 250u);
+    EXPECT_EQ(Source(d, 150), std::make_pair(0, uint64_t{0}));
+    EXPECT_EQ(TrackAt(d, 150), 1u);
+}
+
+TEST(Disc, RefusesSheetsThatDoNotFitTheirFiles) {
+    const std::string two = "FILE a.bin BINARY\nTRACK 01 AUDIO\nINDEX 01 00:00:00\n"
+                            "TRACK 02 AUDIO\nINDEX 01 ";
+    const struct {
+        const char* why;
+        std::string text;
+        std::vector<ImageFile> files;
+    } cases[] = {
+        {"cut within a sector", two + "00:01:00", {{0, 150 * kSector - 1}}},
+        {"cut before an index", two + "00:01:00", {{0, 74 * kSector}}},
+        {"nothing left for the last track", two + "00:01:00", {{0, 75 * kSector}}},
+        {"tracks at one place", two + "00:00:00", {{0, 75 * kSector}}},
+        {"tracks that overlap",
+         two + "00:01:00\nTRACK 03 AUDIO\nINDEX 01 00:00:50",
+         {{0, 999 * kSector}}},
+        {"data in a WAV file",
+         "FILE a.wav WAVE\nTRACK 01 MODE1/2352\nINDEX 01 00:00:00",
+         {{44, kSector}}},
+        {"an empty file", "FILE a.bin BINARY\nTRACK 01 AUDIO\nINDEX 01 00:00:00", {{0, 0}}},
+        {"longer than minutes can tell",
+         "FILE a.bin BINARY\nTRACK 01 AUDIO\nINDEX 01 00:00:00",
+         {{0, (kMaxDiscFrames + 1) * kSector}}},
+        {"longer than sizes can tell",
+         "FILE a.wav WAVE\nTRACK 01 AUDIO\nINDEX 01 00:00:00",
+         {{44, ~uint64_t{0} - 44}}},
+        {"a file that was not measured", two + "00:01:00", {}},
+    };
+    for (const auto& c : cases) {
+        Disc d;
+        EXPECT_FALSE(Build(c.text, c.files, &d)) << c.why;
+    }
+}
+
+static Disc FolderDisc(size_t tracks, uint64_t frames) {
+    Disc d;
+    const std::vector<ImageFile> files(tracks, {44, frames * kSector});
+    EXPECT_TRUE(BuildDisc(MakeFolderSheet(tracks), files, &d));
+    return d;
+}
+
+TEST(Disc, IdentityIsTheClassicSum) {
+    // Starts 00:02:00, 00:06:00, 00:10:00 ..., each 4 s.
+    EXPECT_EQ(DiscIdentity(FolderDisc(1, 300)), 0x200u + 300);
+    EXPECT_EQ(DiscIdentity(FolderDisc(2, 300)), 0x200u + 0x600 + 600);
+    EXPECT_EQ(DiscIdentity(FolderDisc(3, 300)), 0x200u + 0x600 + 0xA00);
+    // Starts 00:02:00 and 01:03:01.
+    EXPECT_EQ(DiscIdentity(FolderDisc(2, 61 * 75 + 1)), 0x200u + 0x10301 + 2 * (61 * 75 + 1));
+    EXPECT_EQ(DiscIdentity(Disc{}), 0u);
+}
+
+TEST(Disc, PositionsAreToldAndReadInEachFormat) {
+    const Disc d = FolderDisc(101, 4577); // 01:01:02 each
+    EXPECT_EQ(TellPosition(d, kTimeTmsf, 150 + 4577 + 76), MakeTmsf(2, 0, 1, 1));
+    EXPECT_EQ(TellPosition(d, kTimeTmsf, d.end), MakeTmsf(101, 1, 1, 2));
+    EXPECT_EQ(TellPosition(d, kTimeMsf, 4500 + 76), MakeMsf(1, 1, 1));
+    EXPECT_EQ(TellPosition(d, kTimeMs, 150), 2000u);
+    EXPECT_EQ(TellLength(kTimeTmsf, 4577), MakeMsf(1, 1, 2));
+    for (const TimeFormat format : {kTimeMs, kTimeMsf, kTimeTmsf}) {
+        for (uint32_t frame = 150; frame <= d.end; frame += 37) {
+            uint32_t back = 0;
+            ASSERT_TRUE(ReadPosition(d, format, TellPosition(d, format, frame), &back));
+            ASSERT_EQ(back, frame) << format;
+        }
+    }
+    const struct {
+        TimeFormat format;
+        uint32_t value;
+    } bad[] = {
+        {kTimeTmsf, MakeTmsf(0, 0, 0, 0)},
+        {kTimeTmsf, MakeTmsf(102, 0, 0, 0)},
+        {kTimeTmsf, MakeTmsf(101, 1, 1, 3)},
+        {kTimeTmsf, 0xFFFFFFFF},
+        {kTimeMsf, MakeMsf(0, 1, 74)},
+        {kTimeMsf, 0xFFFFFF},
+        {kTimeMs, 1980},
+        {kTimeMs, 0xFFFFFFFF},
+    };
+    for (const auto& b : bad) {
+        uint32_t frame;
+        EXPECT_FALSE(ReadPosition(d, b.format, b.value, &frame)) << b.format << " " << b.value;
+    }
+    uint32_t frame;
+    EXPECT_FALSE(ReadPosition(Disc{}, kTimeMsf, MakeMsf(0, 2, 0), &frame));
+}
+
+TEST(Disc, PlayingStepsOverData) {
+    Disc d;
+    ASSERT_TRUE(Build("FILE a.bin BINARY\nTRACK 01 AUDIO\nINDEX 01 00:00:00\n"
+                      "TRACK 02 MODE1/2352\nINDEX 01 00:00:10\nTRACK 03 AUDIO\nINDEX 01 00:00:30\n",
+                      {{0, 40 * kSector}}, &d));
+    EXPECT_EQ(FrameAfter(d, 155, 190, 4), 159u);
+    EXPECT_EQ(FrameAfter(d, 155, 190, 5), 180u) << "right behind the data";
+    EXPECT_EQ(FrameAfter(d, 155, 185, 9), 184u);
+    EXPECT_EQ(FrameAfter(d, 155, 185, 10), 185u);
+    EXPECT_EQ(FrameAfter(d, 155, 185, 99), 185u);
+    EXPECT_EQ(NextStretch(d, 160, 180).count, 0u) << "data alone";
+    EXPECT_EQ(NextStretch(d, 155, 155).count, 0u);
+}
