@@ -7,6 +7,8 @@
 #pragma once
 #include "core/platform.h"
 
+#include <cstdint>
+
 constexpr const char* kUIWindowClass = "TNVUIWindowClass";
 
 // Options of the whole program. The console sets them; all windows read them at any time.
