@@ -281,6 +281,16 @@ static int CheckDirectory(Checker* c) {
     return CheckTree(c, root.child);
 }
 
+static int IsBefore(const CompoundStream& a, const CompoundStream& b) {
+    for (size_t i = 0; i < kMaxCompoundName; ++i) {
+        const char16_t x = Upper(a.name[i]);
+        const char16_t y = Upper(b.name[i]);
+        if (x != y) return x < y;
+        if (!x) break;
+    }
+    return 0;
+}
+
 CompoundState CheckCompound(std::span<const uint8_t> bytes, CompoundView* view) {
     *view = {};
     if (bytes.size() < sizeof kSignature ||
@@ -289,8 +299,10 @@ CompoundState CheckCompound(std::span<const uint8_t> bytes, CompoundView* view) 
     view->bytes = bytes;
     Checker checker{view, 0, {}, {}, {}};
     if (ReadHeader(&checker) && LoadFat(&checker) && LoadMiniFat(&checker) &&
-        CheckDirectory(&checker))
+        CheckDirectory(&checker)) {
+        std::sort(view->streams.begin(), view->streams.end(), IsBefore);
         return kCompoundGood;
+    }
     *view = {};
     return kCompoundDamaged;
 }
@@ -298,28 +310,66 @@ CompoundState CheckCompound(std::span<const uint8_t> bytes, CompoundView* view) 
 // ---- reading
 
 const CompoundStream* FindCompoundStream(const CompoundView& view, std::string_view name) {
-    for (const CompoundStream& stream : view.streams) {
-        size_t i = 0;
-        while (i < name.size() && i < kMaxCompoundName &&
-               Upper(stream.name[i]) == Upper(static_cast<unsigned char>(name[i])))
-            ++i;
-        if (i == name.size() && !stream.name[i]) return &stream;
+    CompoundStream wanted;
+    if (name.size() > kMaxCompoundName) return nullptr;
+    for (size_t i = 0; i < name.size(); ++i)
+        wanted.name[i] = static_cast<unsigned char>(name[i]);
+    const auto at = std::lower_bound(view.streams.begin(), view.streams.end(), wanted, IsBefore);
+    return at == view.streams.end() || IsBefore(wanted, *at) ? nullptr : &*at;
+}
+
+int IsSameName(const CompoundStream& a, const CompoundStream& b) {
+    return !IsBefore(a, b) && !IsBefore(b, a);
+}
+
+// Steps through a stream of a checked file piece by piece.
+struct Walk {
+    const CompoundView& view;
+    uint32_t sector;
+    int mini;
+};
+
+static Walk BeginWalk(const CompoundView& view, const CompoundStream& stream) {
+    return {view, stream.start, stream.size < kMiniCutoff};
+}
+
+static size_t PieceSize(const Walk& walk) {
+    return walk.mini ? size_t{1} << kMiniShift : SectorSize(walk.view);
+}
+
+static const uint8_t* NextPiece(Walk& walk) {
+    const CompoundView& view = walk.view;
+    const uint32_t sector = walk.sector;
+    if (!walk.mini) {
+        walk.sector = view.fat[sector];
+        return SectorAt(view, sector);
     }
-    return nullptr;
+    walk.sector = view.miniFat[sector];
+    const uint32_t perSector = static_cast<uint32_t>(SectorSize(view) >> kMiniShift);
+    return SectorAt(view, view.miniSectors[sector / perSector]) +
+           (static_cast<size_t>(sector % perSector) << kMiniShift);
 }
 
 std::vector<uint8_t> ReadCompoundStream(const CompoundView& view, const CompoundStream& stream) {
     std::vector<uint8_t> out(stream.size);
-    const int mini = stream.size < kMiniCutoff;
-    const size_t piece = mini ? size_t{1} << kMiniShift : SectorSize(view);
-    const size_t perSector = SectorSize(view) >> kMiniShift;
-    uint32_t sector = stream.start;
-    for (size_t done = 0; done < out.size(); done += piece) {
-        const uint8_t* from =
-            mini ? SectorAt(view, view.miniSectors[sector / perSector]) + sector % perSector * piece
-                 : SectorAt(view, sector);
-        std::memcpy(out.data() + done, from, std::min(piece, out.size() - done));
-        sector = mini ? view.miniFat[sector] : view.fat[sector];
-    }
+    Walk walk = BeginWalk(view, stream);
+    const size_t piece = PieceSize(walk);
+    for (size_t done = 0; done < out.size(); done += piece)
+        std::memcpy(out.data() + done, NextPiece(walk), std::min(piece, out.size() - done));
     return out;
+}
+
+int IsSameStream(const CompoundView& viewA, const CompoundStream& a, const CompoundView& viewB,
+                 const CompoundStream& b) {
+    if (a.size != b.size) return 0;
+    Walk walkA = BeginWalk(viewA, a);
+    Walk walkB = BeginWalk(viewB, b);
+    const size_t piece = PieceSize(walkA);
+    if (piece != PieceSize(walkB))
+        return ReadCompoundStream(viewA, a) == ReadCompoundStream(viewB, b);
+    for (size_t done = 0; done < a.size; done += piece) {
+        const size_t count = std::min<size_t>(piece, a.size - done);
+        if (std::memcmp(NextPiece(walkA), NextPiece(walkB), count)) return 0;
+    }
+    return 1;
 }

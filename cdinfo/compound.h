@@ -29,7 +29,7 @@ struct CompoundView {
     std::vector<uint32_t> fat;
     std::vector<uint32_t> miniFat;
     std::vector<uint32_t> miniSectors;   // where the small streams' 64-byte sectors are kept
-    std::vector<CompoundStream> streams; // of the root, not of storages below it
+    std::vector<CompoundStream> streams; // of the root, not of storages below it; by name
     uint8_t classId[16] = {};            // of the root, as it stands in the file
 };
 
@@ -38,6 +38,12 @@ CompoundState CheckCompound(std::span<const uint8_t> bytes, CompoundView* view);
 
 // The stream of that name (ASCII, case ignored), or null.
 const CompoundStream* FindCompoundStream(const CompoundView& view, std::string_view name);
+
+int IsSameName(const CompoundStream& a, const CompoundStream& b);
+
+// 1 when both hold the same bytes; the views may be of different files.
+int IsSameStream(const CompoundView& viewA, const CompoundStream& a, const CompoundView& viewB,
+                 const CompoundStream& b);
 
 // The whole stream.
 std::vector<uint8_t> ReadCompoundStream(const CompoundView& view, const CompoundStream& stream);

@@ -49,6 +49,10 @@
 #define IDS_CD_PLAYER 356
 #define IDS_CD_PLAYER_TIP 357
 
+// ---- cd engine: strings 480-499
+#define IDS_NO_CD_DRIVE 480
+#define IDS_NO_CD_CAPTION 481
+
 // ---- cd player: strings 500-599 (labels 500 + n, tooltips 550 + n); dialogs 450-459
 #define IDS_CD_LABELS 500        // + control id - 700 (fixed)
 #define IDS_CD_MENU_DRIVE 545

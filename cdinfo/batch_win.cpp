@@ -1,0 +1,192 @@
+// Changes of the database. They are gathered, then made by the platform on a copy in memory; the
+// result is read by our own eyes (sound, every other stream as before, every change there) and
+// only then put in place as a whole.
+#include "core/platform.h"
+#include "cdinfo/store_parts_win.h"
+
+#include <algorithm>
+#include <cstring>
+#include <memory>
+#include <new>
+
+#include "cdinfo/compound_win.h"
+
+// {C09D0670-BA7E-11D0-AA01-00AA00BF0389}
+constexpr CLSID kDatabaseClass = {
+    0xC09D0670, 0xBA7E, 0x11D0, {0xAA, 0x01, 0x00, 0xAA, 0x00, 0xBF, 0x03, 0x89}};
+constexpr wchar_t kIndexStream[] = L"Mappings";
+
+static std::wstring StreamName(uint32_t entry) {
+    char name[kEntryNameSize];
+    EntryName(entry, name);
+    return std::wstring(name, name + kEntryNameSize - 1);
+}
+
+// ---- gathering
+
+static void MapDiscs(StoreBatch* batch) {
+    batch->entryOfDisc.clear();
+    for (const IndexPair& pair : batch->pairs)
+        batch->entryOfDisc.emplace(pair.disc, pair.entry); // the first pair of a disc counts
+}
+
+StoreBatch* BeginStoreBatch(const wchar_t* path) {
+    auto batch = std::make_unique<StoreBatch>();
+    PrepareStoreFile(path, &batch->file);
+    const int open = BeginChange(&batch->file);
+    batch->isFresh = batch->file.state != kLoadGood;
+    if (!open || (!batch->isFresh && !ReadIndex(batch->file, &batch->pairs))) {
+        EndChange(&batch->file);
+        return nullptr;
+    }
+    batch->keptPairs = batch->pairs.size();
+    if (batch->isFresh) batch->pairs.push_back({0, 0});
+    MapDiscs(batch.get());
+    return batch.release();
+}
+
+static int HoldsAlready(const StoreBatch& batch, uint32_t entry,
+                        const std::vector<uint8_t>& bytes) {
+    if (const auto put = batch.puts.find(entry); put != batch.puts.end())
+        return put->second == bytes;
+    if (batch.isFresh || batch.removals.count(entry)) return 0;
+    const CompoundStream* stream = FindEntry(batch.file, entry);
+    return stream && ReadCompoundStream(batch.file.view, *stream) == bytes;
+}
+
+int BatchPut(StoreBatch* batch, const CDInfoRecord& record, uint32_t* entry) {
+    const auto mapped = batch->entryOfDisc.find(record.identity);
+    const int known = mapped != batch->entryOfDisc.end();
+    *entry = known ? mapped->second : record.identity;
+    auto buffer = std::make_unique<uint8_t[][kMaxPackedEntry]>(1);
+    size_t length;
+    if (!PackRecord(record, buffer[0], &length)) return 0;
+    // An index that was emptied stays empty; the entry is found by the disc's own identity.
+    if (!known && !batch->pairs.empty()) {
+        batch->pairs.push_back({record.identity, record.identity});
+        batch->entryOfDisc.emplace(record.identity, record.identity);
+        batch->isChanged = 1;
+    }
+    std::vector<uint8_t> bytes(buffer[0], buffer[0] + length);
+    if (HoldsAlready(*batch, *entry, bytes)) return 1;
+    batch->removals.erase(*entry);
+    batch->puts[*entry] = std::move(bytes);
+    batch->isChanged = 1;
+    return 1;
+}
+
+int BatchAdd(StoreBatch* batch, const CDInfoRecord& record) {
+    uint32_t entry;
+    return IsNothingToStore(record) || BatchPut(batch, record, &entry);
+}
+
+void BatchDelete(StoreBatch* batch, uint32_t identity) {
+    const size_t before = batch->pairs.size();
+    const auto differs =
+        std::find_if(batch->pairs.begin(), batch->pairs.end(),
+                     [&](const IndexPair& p) { return p.disc == identity || p.entry == identity; });
+    const size_t kept = static_cast<size_t>(differs - batch->pairs.begin());
+    if (DropIdentity(&batch->pairs, identity)) {
+        batch->puts.erase(identity);
+        if (!batch->isFresh && FindEntry(batch->file, identity)) batch->removals.insert(identity);
+    }
+    if (batch->pairs.size() == before) return;
+    batch->keptPairs = std::min(batch->keptPairs, kept);
+    batch->isChanged = 1;
+    MapDiscs(batch);
+}
+
+// ---- the new image
+
+static int WriteIndex(const StoreBatch& batch, const CompoundFile& file) {
+    const auto bytes = PackIndex(batch.pairs);
+    if (batch.isFresh) return WriteStream(file, kIndexStream, bytes);
+    const size_t kept = batch.keptPairs * kIndexPairSize;
+    if (kept == bytes.size() && kept == FindCompoundStream(batch.file.view, kIndexName)->size)
+        return 1;
+    return RewriteStream(file, kIndexStream, static_cast<uint32_t>(kept),
+                         std::span(bytes).subspan(kept));
+}
+
+static int WriteEntries(const StoreBatch& batch, const CompoundFile& file) {
+    for (uint32_t entry : batch.removals) {
+        if (!RemoveStream(file, StreamName(entry).c_str())) return 0;
+    }
+    std::vector<uint32_t> order;
+    for (const auto& put : batch.puts)
+        order.push_back(put.first);
+    ScatterOrder(&order);
+    for (uint32_t entry : order) {
+        if (!WriteStream(file, StreamName(entry).c_str(), batch.puts.at(entry))) return 0;
+    }
+    return 1;
+}
+
+static int BuildImage(const StoreBatch& batch, std::vector<uint8_t>* image) {
+    CompoundFile file;
+    const int open = batch.isFresh ? CreateCompound(&file)
+                                   : OpenCompound(std::vector<uint8_t>(batch.file.bytes), &file);
+    const int made = open && SetCompoundClass(file, kDatabaseClass) && WriteIndex(batch, file) &&
+                     WriteEntries(batch, file);
+    CloseCompound(&file, image);
+    return made;
+}
+
+static int HoldsStream(const CompoundView& view, const char* name,
+                       const std::vector<uint8_t>& bytes) {
+    const CompoundStream* stream = FindCompoundStream(view, name);
+    return stream && ReadCompoundStream(view, *stream) == bytes;
+}
+
+// 1 for a stream that this batch writes or removes itself.
+static int IsTouched(const StoreBatch& batch, const CompoundStream& stream) {
+    if (&stream == FindCompoundStream(batch.file.view, kIndexName)) return 1;
+    uint32_t entry;
+    return ParseEntryName(stream.name, &entry) &&
+           (batch.puts.count(entry) || batch.removals.count(entry));
+}
+
+static int IsImageRight(const StoreBatch& batch, std::span<const uint8_t> image) {
+    CompoundView view;
+    if (CheckCompound(image, &view) != kCompoundGood) return 0;
+    if (std::memcmp(view.classId, &kDatabaseClass, sizeof view.classId)) return 0;
+    if (!HoldsStream(view, kIndexName, PackIndex(batch.pairs))) return 0;
+    char name[kEntryNameSize];
+    for (const auto& [entry, bytes] : batch.puts) {
+        EntryName(entry, name);
+        if (!HoldsStream(view, name, bytes)) return 0;
+    }
+    for (uint32_t entry : batch.removals) {
+        EntryName(entry, name);
+        if (FindCompoundStream(view, name)) return 0;
+    }
+    // Both lists are in the order of names.
+    auto now = view.streams.begin();
+    for (const CompoundStream& stream : batch.file.view.streams) {
+        if (IsTouched(batch, stream)) continue;
+        while (now != view.streams.end() && !IsSameName(*now, stream))
+            ++now;
+        if (now == view.streams.end() || !IsSameStream(batch.file.view, stream, view, *now))
+            return 0;
+    }
+    return 1;
+}
+
+static int Commit(StoreBatch* batch) {
+    std::vector<uint8_t> image;
+    return BuildImage(*batch, &image) && IsImageRight(*batch, image) &&
+           PutInPlace(&batch->file, image);
+}
+
+int CommitStoreBatch(StoreBatch* batch) {
+    if (!batch) return 0;
+    const int done = !batch->isChanged || Commit(batch);
+    CancelStoreBatch(batch);
+    return done;
+}
+
+void CancelStoreBatch(StoreBatch* batch) {
+    if (!batch) return;
+    EndChange(&batch->file);
+    delete batch;
+}

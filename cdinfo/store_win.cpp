@@ -1,0 +1,234 @@
+// Reading the database, and the changes of one disc. See store.h; docs/database.md tells the
+// format and how a change is put in place. State: the listener and the file layer, both set once
+// at start-up; everything else lives for one call.
+#include "core/platform.h"
+#include "cdinfo/store_parts_win.h"
+
+#include <atomic>
+#include <cstring>
+#include <memory>
+
+#include "core/commands.h"
+#include "core/strings_win.h"
+#include "resources/ids.h"
+
+static struct {
+    std::atomic<HWND> listener{nullptr};
+    std::atomic<const FileLayer*> files{nullptr};
+} s_store;
+
+void SetStoreListener(StoreWindow window) {
+    s_store.listener = window;
+}
+void SetStoreFiles(const FileLayer* files) {
+    s_store.files = files;
+}
+
+std::wstring DefaultDatabasePath() {
+    wchar_t path[MAX_PATH * 4];
+    const DWORD capacity = sizeof path / sizeof *path;
+    const DWORD length = GetModuleFileNameW(nullptr, path, capacity);
+    std::wstring text(path, length < capacity ? length : 0);
+    text.resize(text.rfind(L'\\') == std::wstring::npos ? 0 : text.rfind(L'\\') + 1);
+    return text + L"CDInfo.CDP";
+}
+
+// One spelling of a path, since locks go by it.
+static std::wstring FullPath(const wchar_t* path) {
+    wchar_t full[MAX_PATH * 4];
+    const DWORD capacity = sizeof full / sizeof *full;
+    const DWORD length = GetFullPathNameW(path, capacity, full, nullptr);
+    return length && length < capacity ? std::wstring(full, length) : std::wstring(path);
+}
+
+void PrepareStoreFile(const wchar_t* path, SafeFile* file) {
+    const std::wstring standard = DefaultDatabasePath();
+    const FileLayer* files = s_store.files;
+    file->files = files ? files : &SystemFiles();
+    file->path = path ? FullPath(path) : standard;
+    file->keepsBad = lstrcmpiW(file->path.c_str(), standard.c_str()) == 0;
+}
+
+// ---- reading
+
+int ReadIndex(const SafeFile& file, std::vector<IndexPair>* pairs) {
+    const CompoundStream* index = FindCompoundStream(file.view, kIndexName);
+    if (!index) return 0;
+    *pairs = ParseIndex(ReadCompoundStream(file.view, *index));
+    return 1;
+}
+
+const CompoundStream* FindEntry(const SafeFile& file, uint32_t entry) {
+    char name[kEntryNameSize];
+    EntryName(entry, name);
+    return FindCompoundStream(file.view, name);
+}
+
+int UnpackStored(std::span<const uint8_t> bytes, uint32_t entry, CDInfoRecord* record) {
+    if (!UnpackEntry(bytes, record)) return 0;
+    if (!record->identity) SetIdentity(record, entry);
+    if (!record->programCount) DefaultProgram(record);
+    return 1;
+}
+
+static int LoadWithIndex(const wchar_t* path, SafeFile* file, std::vector<IndexPair>* pairs) {
+    PrepareStoreFile(path, file);
+    return LoadSafeFile(file) == kLoadGood && ReadIndex(*file, pairs);
+}
+
+uint32_t CountEntries(const wchar_t* path) {
+    SafeFile file;
+    std::vector<IndexPair> pairs;
+    return LoadWithIndex(path, &file, &pairs) ? static_cast<uint32_t>(pairs.size()) : 0;
+}
+
+static int LoadEntry(const wchar_t* path, uint32_t entry, std::vector<uint8_t>* bytes) {
+    SafeFile file;
+    PrepareStoreFile(path, &file);
+    if (LoadSafeFile(&file) != kLoadGood) return 0;
+    const CompoundStream* stream = FindEntry(file, entry);
+    if (!stream) return 0;
+    *bytes = ReadCompoundStream(file.view, *stream);
+    return 1;
+}
+
+int ReadEntry(const wchar_t* path, uint32_t entryIdentity, CDInfoRecord* record) {
+    std::vector<uint8_t> bytes;
+    return LoadEntry(path, entryIdentity, &bytes) && UnpackStored(bytes, entryIdentity, record);
+}
+
+int ReadRawEntry(const wchar_t* path, uint32_t entryIdentity, uint8_t (&buffer)[kMaxPackedEntry],
+                 size_t* length) {
+    std::vector<uint8_t> bytes;
+    *length = 0;
+    if (!LoadEntry(path, entryIdentity, &bytes) || bytes.size() > sizeof buffer) return 0;
+    if (!bytes.empty()) std::memcpy(buffer, bytes.data(), bytes.size());
+    *length = bytes.size();
+    return 1;
+}
+
+// ---- changing
+
+static void PostChanged(uint32_t entry) {
+    const HWND listener = s_store.listener;
+    if (listener) PostMessageA(listener, WM_COMMAND, kDatabaseChanged, static_cast<LPARAM>(entry));
+}
+
+int EnsureDatabase(const wchar_t* path) {
+    SafeFile file;
+    PrepareStoreFile(path, &file);
+    const LoadState state = LoadSafeFile(&file);
+    if (state == kLoadGood) return 1;
+    if (state == kLoadUnreadable) return 0;
+    StoreBatch* batch = BeginStoreBatch(path);
+    if (batch) batch->isChanged = batch->isFresh;
+    return CommitStoreBatch(batch);
+}
+
+// What a look-up saw under an entry's name. The entry is rewritten only while that still holds.
+struct SeenEntry {
+    uint32_t entry = 0;
+    int exists = 0;
+    std::vector<uint8_t> bytes;
+};
+
+static int IsAsSeen(const StoreBatch& batch, uint32_t disc, const SeenEntry& seen) {
+    if (batch.isFresh) return !seen.exists;
+    const auto mapped = batch.entryOfDisc.find(disc);
+    const CompoundStream* stream =
+        FindEntry(batch.file, mapped == batch.entryOfDisc.end() ? disc : mapped->second);
+    if (!stream || !stream->size) return !seen.exists;
+    return seen.exists && ReadCompoundStream(batch.file.view, *stream) == seen.bytes;
+}
+
+static int Store(const wchar_t* path, const CDInfoRecord& record, const SeenEntry* seen) {
+    StoreBatch* batch = BeginStoreBatch(path);
+    if (!batch) return 0;
+    if (seen && !IsAsSeen(*batch, record.identity, *seen)) {
+        CancelStoreBatch(batch);
+        return 0;
+    }
+    uint32_t entry;
+    const int packed = BatchPut(batch, record, &entry);
+    if (!packed) CancelStoreBatch(batch);
+    const int stored = packed && CommitStoreBatch(batch);
+    PostChanged(entry); // also when it failed: the listener then shows what is really there
+    return stored;
+}
+
+static int MayReplace(const wchar_t* path, uint32_t disc, HWND owner) {
+    SafeFile file;
+    std::vector<IndexPair> pairs;
+    if (!LoadWithIndex(path, &file, &pairs) || !FindPair(pairs, disc)) return 1;
+    char text[kStringMax], caption[kStringMax];
+    LoadText(IDS_DUPLICATE_TEXT, text);
+    LoadText(IDS_DUPLICATE_CAPTION, caption);
+    return MessageBoxA(owner, text, caption, MB_YESNO | MB_ICONQUESTION) == IDYES;
+}
+
+int AddOrReplace(const wchar_t* path, const CDInfoRecord& record, int confirm, StoreWindow owner) {
+    if (IsNothingToStore(record)) return 1;
+    // The question waits for a person, so nothing is held while it stands there.
+    if (confirm && !MayReplace(path, record.identity, owner)) return 0;
+    return Store(path, record, nullptr);
+}
+
+int DeleteEntry(const wchar_t* path, uint32_t identity) {
+    StoreBatch* batch = BeginStoreBatch(path);
+    if (!batch) return 0;
+    if (batch->isFresh) {
+        const int absent = batch->file.state == kLoadAbsent;
+        CancelStoreBatch(batch);
+        return absent;
+    }
+    BatchDelete(batch, identity);
+    return CommitStoreBatch(batch);
+}
+
+// ---- a disc that was put into the drive
+
+// A record from a drive that has not read the whole table of contents must not cut the entry.
+static int WouldLoseTracks(const std::vector<uint8_t>& bytes, const CDInfoRecord& record) {
+    auto stored = std::make_unique<CDInfoRecord>();
+    return UnpackEntry(bytes, stored.get()) && stored->trackCount > record.trackCount;
+}
+
+static LookUpState ReadDisc(CDInfoRecord* record, SeenEntry* seen) {
+    SafeFile file;
+    std::vector<IndexPair> pairs;
+    PrepareStoreFile(nullptr, &file);
+    const LoadState state = LoadSafeFile(&file);
+    if (state == kLoadAbsent) return kLookUpNew;
+    if (state != kLoadGood || !ReadIndex(file, &pairs)) return kLookUpUnread;
+    const IndexPair* pair = FindPair(pairs, record->identity);
+    seen->entry = pair ? pair->entry : record->identity;
+    const CompoundStream* stream = FindEntry(file, seen->entry);
+    if (!stream || !stream->size) return kLookUpNew;
+    seen->exists = 1;
+    seen->bytes = ReadCompoundStream(file.view, *stream);
+    auto read = std::make_unique<CDInfoRecord>(*record);
+    if (!UnpackStored(seen->bytes, seen->entry, read.get())) return kLookUpUnread;
+    *record = *read;
+    return kLookUpFound;
+}
+
+static int StandsAlready(const CDInfoRecord& record, const std::vector<uint8_t>& bytes) {
+    auto buffer = std::make_unique<uint8_t[][kMaxPackedEntry]>(1);
+    size_t length;
+    return PackRecord(record, buffer[0], &length) && length == bytes.size() &&
+           !std::memcmp(buffer[0], bytes.data(), length);
+}
+
+int LookUpDisc(CDInfoRecord* record, LookUpState* state) {
+    ApplyDefaults(record);
+    SeenEntry seen;
+    const LookUpState found = ReadDisc(record, &seen);
+    if (state) *state = found;
+    if (found == kLookUpUnread || IsNothingToStore(*record)) return found == kLookUpFound;
+    if (found == kLookUpFound && WouldLoseTracks(seen.bytes, *record)) return 1;
+    if (found == kLookUpFound && StandsAlready(*record, seen.bytes))
+        PostChanged(seen.entry);
+    else
+        Store(nullptr, *record, &seen);
+    return found == kLookUpFound;
+}
