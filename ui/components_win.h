@@ -11,9 +11,10 @@ struct ComponentEntry {
     ComponentThread* thread; // its title is the component's name in "LastException"
 
     // String ids; 0 where there is none.
-    UINT label; // on the button or lamp
-    UINT tip;   // its tooltip
-    UINT menu;  // entry of the notification icon's menu
+    UINT label;      // on the button or lamp
+    UINT shortLabel; // the same where the label does not fit
+    UINT tip;        // its tooltip
+    UINT menu;       // entry of the notification icon's menu
     // Engines: texts of the lamp's context menu.
     UINT engage, disengage, configureText;
     UINT configureCommand;

@@ -1,0 +1,252 @@
+// The console's controls: made from the component table, placed by console_layout, coloured by the
+// components' states.
+#include "ui/console_state_win.h"
+
+#include "core/shared_block.h"
+#include "core/strings_win.h"
+#include "resources/ids.h"
+#include "ui/button_win.h"
+#include "ui/framework_win.h"
+#include "ui/indicator_win.h"
+#include "ui/tooltips_win.h"
+#include "ui/trackbar_win.h"
+
+#include <initializer_list>
+
+constexpr UINT kBrandId = 790;
+constexpr UINT kVolumeId = 791;
+constexpr int kVolumeMax = 100;
+
+static int IsLamp(int row) {
+    return Row(row).traits.kind == kEngineComponent;
+}
+
+static HWND MakeControl(int row) {
+    const ComponentEntry& entry = Row(row);
+    const HINSTANCE instance = s_console.start.instance;
+    HWND control = nullptr;
+    if (IsLamp(row)) {
+        control = CreateTNVIndicator(entry.label, WS_VISIBLE, 0, 0, 0, 0, s_console.window,
+                                     entry.traits.command, instance);
+        AddIndicatorToolTip(s_console.tooltips, s_console.window, control, entry.tip);
+    } else {
+        control = CreateTNVButtonFromString(entry.label, WS_VISIBLE, 0, 0, 0, 0, s_console.window,
+                                            entry.traits.command, instance);
+        AddToolTipFromString(s_console.tooltips, s_console.window, control, entry.tip);
+    }
+    return control;
+}
+
+static HWND MakeSystemButton(UINT label, UINT tip, UINT id) {
+    HWND button = CreateTNVButtonFromString(label, WS_VISIBLE, 0, 0, 0, 0, s_console.window, id,
+                                            s_console.start.instance);
+    SetButtonOn(button, 0);
+    AddToolTipFromString(s_console.tooltips, s_console.window, button, tip);
+    return button;
+}
+
+int CreateConsoleControls() {
+    const HINSTANCE instance = s_console.start.instance;
+    s_console.tooltips = CreateToolTips(s_console.window);
+    s_console.brand = CreateTNVIndicator(IDS_CONSOLE_BRAND, WS_VISIBLE, 0, 0, 0, 0,
+                                         s_console.window, kBrandId, instance);
+    SetIndicatorColor(s_console.brand, Colors.BtnActClr);
+    int made = 1;
+    for (int row = 0; row < RowCount(); ++row) {
+        s_console.controls[row] = MakeControl(row);
+        made = made && s_console.controls[row];
+        ShowRowState(row);
+    }
+    s_console.minimize =
+        MakeSystemButton(IDS_CONSOLE_MINIMIZE, IDS_CONSOLE_MINIMIZE_TIP, kConsoleMinimizeAll);
+    s_console.close = MakeSystemButton(IDS_CONSOLE_CLOSE, IDS_CONSOLE_CLOSE_TIP, kConsoleClose);
+    s_console.volume = CreateTNVTrackBar(kTrackBarVertical | WS_VISIBLE, 0, 0, 0, 0,
+                                         s_console.window, kVolumeId, instance);
+    SetTrackBarRange(s_console.volume, 0, kVolumeMax, 0);
+    AddToolTipFromString(s_console.tooltips, s_console.window, s_console.volume,
+                         IDS_CONSOLE_VOLUME_TIP);
+    RefreshVolumeBar();
+    return made && s_console.minimize && s_console.close && s_console.volume;
+}
+
+// ---- states
+
+void SetRowLook(int row, int on) {
+    if (IsLamp(row)) {
+        SetIndicatorColor(s_console.controls[row], on ? Colors.IndtrDrkClr : Colors.IndtrLtClr);
+        InvalidateRect(s_console.window, nullptr, FALSE); // its round lamp
+    } else {
+        SetButtonOn(s_console.controls[row], on);
+        UpdateWindow(s_console.controls[row]);
+    }
+}
+
+void ShowRowState(int row) {
+    SetRowLook(row, RowIsOn(row));
+}
+
+void RefreshVolumeBar() {
+    if (s_console.shuttingDown || !s_console.volume) return;
+    const VolumeControl* volume = s_console.start.table->volume;
+    int engineRuns = 0;
+    for (int row = 0; row < RowCount(); ++row)
+        if (Row(row).thread->runningBit == kRunningMixer) engineRuns = RowIsOn(row);
+    const int usable = volume && engineRuns;
+    EnableWindow(s_console.volume, usable);
+    SetTrackBarColors(s_console.volume, usable ? Colors.BtnLtClr : Colors.CmpntBkClr,
+                      Colors.CmpntBkClr);
+    SetTrackBarPos(s_console.volume, kVolumeMax - (usable ? volume->GetMasterVolume() : 0));
+}
+
+int LampAt(POINT point) {
+    int lamp = 0;
+    for (int row = 0; row < RowCount(); ++row) {
+        if (!IsLamp(row)) continue;
+        const Box& dot = s_console.layout.lampDots[lamp];
+        const Box& label = s_console.layout.lamps[lamp++];
+        const int left = dot.width ? dot.left : label.left;
+        if (point.x >= left && point.x < label.left + label.width && point.y >= label.top &&
+            point.y < label.top + label.height)
+            return row;
+    }
+    return -1;
+}
+
+// ---- layout
+
+// Fonts are made to measure labels by; the last one is kept, as labels are asked size by size.
+struct Measure {
+    HDC dc;
+    HFONT font;
+    int height;
+};
+
+static void DropFont(Measure* m) {
+    SelectObject(m->dc, GetStockObject(SYSTEM_FONT));
+    if (m->font) DeleteObject(m->font);
+    m->font = nullptr;
+}
+
+static int MeasureLabel(const char* text, int fontHeight, void* context) {
+    auto* m = static_cast<Measure*>(context);
+    if (!m->font || m->height != fontHeight) {
+        DropFont(m);
+        m->font = CreateLabelFont(FontFaceName, fontHeight, kLabelWeight);
+        m->height = fontHeight;
+        SelectObject(m->dc, m->font);
+    }
+    SIZE size = {};
+    GetTextExtentPoint32A(m->dc, text, lstrlenA(text), &size);
+    return size.cx;
+}
+
+// The controls with a label, their room, and both of their texts.
+struct LabelledControls {
+    HWND windows[kMaxComponents + 3];
+    ConsoleLabel labels[kMaxComponents + 3];
+    char texts[kMaxComponents + 3][2][kStringMax];
+    int count;
+};
+
+static void AddLabelled(LabelledControls* all, HWND window, const Box& box, UINT text,
+                        UINT shortText) {
+    if (!box.width || !box.height) return;
+    const int i = all->count++;
+    LoadText(text, all->texts[i][0]);
+    LoadText(shortText ? shortText : text, all->texts[i][1]);
+    all->windows[i] = window;
+    all->labels[i] = {all->texts[i][0], all->texts[i][1], box.width, box.height, 0};
+}
+
+static void FitLabels() {
+    const ConsoleLayout& layout = s_console.layout;
+    static LabelledControls all; // too large for the stack of a window procedure
+    all.count = 0;
+    int lamp = 0, button = 0;
+    for (int row = 0; row < RowCount(); ++row)
+        AddLabelled(&all, s_console.controls[row],
+                    IsLamp(row) ? layout.lamps[lamp++] : layout.buttons[button++], Row(row).label,
+                    Row(row).shortLabel);
+    AddLabelled(&all, s_console.brand, layout.brand, IDS_CONSOLE_BRAND, 0);
+    AddLabelled(&all, s_console.minimize, layout.minimize, IDS_CONSOLE_MINIMIZE,
+                IDS_CONSOLE_MINIMIZE_SHORT);
+    AddLabelled(&all, s_console.close, layout.close, IDS_CONSOLE_CLOSE, 0);
+    const int wanted =
+        LabelFontHeight(layout.reference.width, layout.reference.height, UIOptions.DoubleFontSize);
+    Measure measure = {CreateCompatibleDC(nullptr), nullptr, 0};
+    const int height = FitConsoleLabels(all.labels, all.count, wanted, MeasureLabel, &measure);
+    DropFont(&measure);
+    DeleteDC(measure.dc);
+    for (int i = 0; i < all.count; ++i) {
+        const char* text = all.texts[i][all.labels[i].useShort];
+        char present[kStringMax];
+        GetWindowTextA(all.windows[i], present, kStringMax);
+        if (lstrcmpA(present, text)) SetWindowTextA(all.windows[i], text);
+    }
+    GiveFont(&s_console.font, FontFaceName, height, kLabelWeight, all.windows, all.count);
+}
+
+static void PlaceControl(HDWP* places, HWND control, const Box& box) {
+    const int shown = box.width > 0 && box.height > 0;
+    if (*places)
+        *places = DeferWindowPos(
+            *places, control, nullptr, box.left, box.top, box.width, box.height,
+            SWP_NOZORDER | SWP_NOACTIVATE | (shown ? SWP_SHOWWINDOW : SWP_HIDEWINDOW));
+}
+
+void LayOutControls() {
+    RECT client;
+    GetClientRect(s_console.window, &client);
+    if (IsIconic(s_console.window) || !s_console.close) return;
+    int lamps = 0;
+    for (int row = 0; row < RowCount(); ++row)
+        lamps += IsLamp(row);
+    s_console.layout = LayOutConsole(client.right, client.bottom, RowCount() - lamps, lamps);
+    const ConsoleLayout& layout = s_console.layout;
+    HDWP places = BeginDeferWindowPos(RowCount() + 4);
+    int lamp = 0, button = 0;
+    for (int row = 0; row < RowCount(); ++row)
+        PlaceControl(&places, s_console.controls[row],
+                     IsLamp(row) ? layout.lamps[lamp++] : layout.buttons[button++]);
+    PlaceControl(&places, s_console.brand, layout.brand);
+    PlaceControl(&places, s_console.minimize, layout.minimize);
+    PlaceControl(&places, s_console.close, layout.close);
+    PlaceControl(&places, s_console.volume, layout.volume);
+    if (places) EndDeferWindowPos(places);
+    for (int row = 0; row < RowCount(); ++row)
+        if (IsLamp(row))
+            PlaceIndicatorToolTip(s_console.tooltips, s_console.window, s_console.controls[row]);
+    FitLabels();
+    InvalidateRect(s_console.window, nullptr, TRUE);
+}
+
+// ---- painting what lies beside the controls: the groups' edges and the round lamps
+
+static void SunkenEdge(HDC dc, const Box& box) {
+    if (box.width <= 0 || box.height <= 0) return;
+    RECT r = {box.left, box.top, box.left + box.width, box.top + box.height};
+    DrawEdge(dc, &r, BDR_SUNKENOUTER, BF_RECT);
+}
+
+static void RoundLamp(HDC dc, const Box& box, COLORREF color) {
+    if (box.width <= 0) return;
+    SetDCBrushColor(dc, color);
+    SetDCPenColor(dc, GetSysColor(COLOR_3DDKSHADOW));
+    Ellipse(dc, box.left, box.top, box.left + box.width, box.top + box.height);
+}
+
+void PaintConsole(HDC dc) {
+    const ConsoleLayout& layout = s_console.layout;
+    if (UIOptions.Use3dLook)
+        for (const Box& box : {layout.strip, layout.group, layout.systemGroup})
+            SunkenEdge(dc, box);
+    const int saved = SaveDC(dc);
+    SelectObject(dc, GetStockObject(DC_BRUSH));
+    SelectObject(dc, GetStockObject(DC_PEN));
+    int lamp = 0;
+    for (int row = 0; row < RowCount(); ++row)
+        if (IsLamp(row))
+            RoundLamp(dc, layout.lampDots[lamp++],
+                      RowIsOn(row) ? Colors.IndtrDrkClr : Colors.IndtrLtClr);
+    RestoreDC(dc, saved);
+}

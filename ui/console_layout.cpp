@@ -1,0 +1,148 @@
+// Geometry of the console. See console_layout.h.
+#include "ui/console_layout.h"
+
+#include <algorithm>
+
+constexpr int kMaxRows = 4;
+constexpr int kWantedRatio = 35; // width of a button over its height, in tenths
+constexpr int kMaxHeightShare =
+    2;                      // a button is at most 1/2 as high as wide; the strip gets the rest
+constexpr int kTextPad = 6; // pixels a label needs beside and above itself
+
+// What every box is derived from.
+struct Panel {
+    int gap;     // between groups
+    int pad;     // between a group's edge and its buttons
+    int spacing; // between buttons
+    int areaWidth, contentHeight;
+    int rows, columns, systemColumns;
+    int cellWidth, rowHeight;
+    int stripHeight;
+};
+
+static int AtLeast0(int value) {
+    return std::max(value, 0);
+}
+
+static int ButtonsHeight(const Panel& g) {
+    return g.rows * g.rowHeight + (g.rows - 1) * g.spacing;
+}
+
+// Cell sizes for a number of rows.
+static void SizeCells(Panel* g, int buttons, int rows) {
+    g->rows = rows;
+    g->columns = (buttons + rows - 1) / rows;
+    g->systemColumns = rows >= 2 ? 1 : 2;
+    const int groups = g->columns ? 2 : 1;
+    const int cells = g->columns + g->systemColumns;
+    const int spaces = (cells - groups) * g->spacing + groups * 2 * g->pad + (groups - 1) * g->gap;
+    g->cellWidth = AtLeast0(g->areaWidth - spaces) / cells;
+    const int wantedStrip = std::clamp(g->contentHeight * 3 / 10, 14, 40);
+    const int below = g->contentHeight - wantedStrip - g->gap - 2 * g->pad;
+    g->rowHeight = AtLeast0((below - (rows - 1) * g->spacing) / rows);
+    g->rowHeight = std::min(g->rowHeight, std::max(g->cellWidth / kMaxHeightShare, 16));
+    g->stripHeight = AtLeast0(g->contentHeight - g->gap - 2 * g->pad - ButtonsHeight(*g));
+}
+
+// How far a cell is from a comfortable shape; 1000 is the best.
+static int Badness(const Panel& g) {
+    if (g.cellWidth < 1 || g.rowHeight < 1) return 1 << 20;
+    const int ratio = std::max(g.cellWidth * 10 / g.rowHeight, 1);
+    return ratio > kWantedRatio ? ratio * 1000 / kWantedRatio : kWantedRatio * 1000 / ratio;
+}
+
+static Panel ChoosePanel(int areaWidth, int contentHeight, int buttons, int tight) {
+    Panel best = {};
+    for (int rows = 1; rows <= std::clamp(buttons, 1, kMaxRows); ++rows) {
+        Panel g = {};
+        g.gap = tight ? 4 : kConsoleMargin;
+        g.pad = tight ? 2 : 4;
+        g.spacing = tight ? 2 : 4;
+        g.areaWidth = areaWidth;
+        g.contentHeight = contentHeight;
+        SizeCells(&g, buttons, rows);
+        if (rows == 1 || Badness(g) < Badness(best)) best = g;
+    }
+    return best;
+}
+
+// Name to the left, lamps to the right, each lamp a round dot and its label.
+static void LayOutStrip(ConsoleLayout* layout, int lamps) {
+    const Box inner = InsetBox(layout->strip, std::min(4, layout->strip.height / 4));
+    const int wanted = layout->reference.width * 8 / 10;
+    int lampWidth = lamps ? std::min(wanted, inner.width / lamps) : 0;
+    const int brandWidth = inner.width - lamps * lampWidth;
+    const int showBrand = brandWidth >= layout->reference.width / 2;
+    if (!showBrand && lamps) lampWidth = inner.width / lamps;
+    if (showBrand) layout->brand = {inner.left, inner.top, brandWidth, inner.height};
+    const int dot = std::clamp(inner.height / 2, 0, 11);
+    for (int i = 0; i < lamps; ++i) {
+        const int left = inner.left + inner.width - (lamps - i) * lampWidth;
+        const int used = std::min(dot + 3, lampWidth);
+        if (used > dot)
+            layout->lampDots[i] = {left, inner.top + (inner.height - dot) / 2, dot, dot};
+        layout->lamps[i] = {left + used, inner.top, lampWidth - used, inner.height};
+    }
+}
+
+ConsoleLayout LayOutConsole(int width, int height, int buttons, int lamps) {
+    ConsoleLayout layout = {};
+    buttons = std::clamp(buttons, 0, kMaxComponents);
+    lamps = std::clamp(lamps, 0, kMaxComponents);
+    const int contentWidth = width - 2 * kConsoleMargin;
+    const int contentHeight = height - 2 * kConsoleMargin;
+    if (contentWidth <= 0 || contentHeight <= 0) {
+        layout.reference = {0, 0, kMinReference, 0};
+        return layout;
+    }
+    const int tight = width < 300 || height < 80;
+    const int bar = std::min(std::clamp(width / 30, 12, 22), contentWidth);
+    layout.volume = {width - kConsoleMargin - bar, kConsoleMargin, bar, contentHeight};
+    const Panel g = ChoosePanel(AtLeast0(contentWidth - bar - (tight ? 4 : kConsoleMargin)),
+                                contentHeight, buttons, tight);
+    layout.reference = {0, 0, std::max(g.cellWidth, kMinReference), g.rowHeight};
+
+    layout.strip = {kConsoleMargin, kConsoleMargin, g.areaWidth, g.stripHeight};
+    const int top = kConsoleMargin + g.stripHeight + g.gap;
+    const int groupHeight = AtLeast0(height - kConsoleMargin - top);
+    const int systemWidth = std::min(
+        g.systemColumns * g.cellWidth + (g.systemColumns - 1) * g.spacing + 2 * g.pad, g.areaWidth);
+    const int right = kConsoleMargin + g.areaWidth;
+    layout.systemGroup = {right - systemWidth, top, systemWidth, groupHeight};
+    layout.group = {kConsoleMargin, top, AtLeast0(g.areaWidth - systemWidth - g.gap), groupHeight};
+    if (!g.columns) {
+        layout.group = {};
+        layout.systemGroup.left = kConsoleMargin;
+        layout.systemGroup.width = g.areaWidth;
+    }
+    const Grid inner = {InsetBox(layout.group, g.pad), g.columns, g.rows, g.spacing};
+    for (int i = 0; i < buttons; ++i)
+        layout.buttons[i] = GridCell(inner, i % g.columns, i / g.columns);
+    const int systemRows = g.systemColumns == 2 ? 1 : 2;
+    const Grid system = {InsetBox(layout.systemGroup, g.pad), g.systemColumns, systemRows,
+                         g.spacing};
+    layout.minimize = GridCell(system, 0, 0);
+    layout.close = GridCell(system, g.systemColumns - 1, systemRows - 1);
+    LayOutStrip(&layout, lamps);
+    return layout;
+}
+
+static int Fits(const char* text, const ConsoleLabel& label, int fontHeight, MeasureText measure,
+                void* context) {
+    return fontHeight <= label.height &&
+           measure(text, fontHeight, context) + kTextPad <= label.width;
+}
+
+int FitConsoleLabels(ConsoleLabel* labels, int count, int fontHeight, MeasureText measure,
+                     void* context) {
+    int size = std::max(fontHeight, 1);
+    for (;; --size) {
+        int clipped = 0;
+        for (int i = 0; i < count; ++i) {
+            labels[i].useShort = !Fits(labels[i].longText, labels[i], size, measure, context);
+            if (labels[i].useShort)
+                clipped += !Fits(labels[i].shortText, labels[i], size, measure, context);
+        }
+        if (!clipped || size <= kMinFont) return size;
+    }
+}
