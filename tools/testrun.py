@@ -17,6 +17,7 @@ import re
 import signal
 import subprocess
 import sys
+import tempfile
 import threading
 import time
 
@@ -74,22 +75,27 @@ class Runner:
         if self.stopping:
             return None, "interrupted", 0.0
         start = time.monotonic()
-        process = subprocess.Popen(command, cwd=ROOT, stdin=subprocess.DEVNULL,
-                                   stdout=subprocess.PIPE, stderr=subprocess.STDOUT,
-                                   env={**os.environ, **(env or {})}, start_new_session=True)
-        with self.lock:
-            self.live.add(process)
-        code = None
-        try:
-            output = process.communicate(timeout=limit)[0]
-            code = process.returncode
-        except subprocess.TimeoutExpired:
-            self.kill(process)
-            output = process.communicate()[0]
-        finally:
+        # A file, not a pipe: Wine's helpers keep what they inherit open, and what a program had
+        # printed is still there after it was killed.
+        with tempfile.TemporaryFile() as output:
+            process = subprocess.Popen(
+                command, cwd=ROOT, stdin=subprocess.DEVNULL, stdout=output,
+                stderr=subprocess.STDOUT, start_new_session=True,
+                env={**os.environ, **(env or {})})
             with self.lock:
-                self.live.discard(process)
-        return code, output.decode("utf-8", "replace"), time.monotonic() - start
+                self.live.add(process)
+            code = None
+            try:
+                code = process.wait(timeout=limit)
+            except subprocess.TimeoutExpired:
+                self.kill(process)
+                process.wait()
+            finally:
+                with self.lock:
+                    self.live.discard(process)
+            output.seek(0)
+            text = output.read().decode("utf-8", "replace").replace("\r", "")
+        return code, text, time.monotonic() - start
 
     @staticmethod
     def kill(process):
@@ -98,11 +104,12 @@ class Runner:
         except ProcessLookupError:
             pass
 
-    def run_in_host(self, host, command, limit, env=None):
+    def run_in_host(self, host, command, limit, env):
         with self.lock:
             self.hosts.add(host)
         try:
-            return self.run(["tools/host.sh", "run", host, "--", *command], limit, env)
+            return self.run(["tools/host.sh", "run", host, "--", *command], limit,
+                            {"TONVISTA_DIRECT": "1", **env})
         finally:
             self.stop_host(host)
 
@@ -240,6 +247,9 @@ def skip_reasons(output, skips):
 def failing_parts(output):
     """What failed tests printed, without the hundreds of lines of those that passed."""
     kept, block = [], []
+    # Of Wine's report of a crash the backtrace is enough.
+    output = re.sub(r"^Modules:\n.*?^System information:\n(?:    .*\n?)*", "", output,
+                    flags=re.M | re.S)
     for line in output.splitlines():
         if line.startswith("[ RUN "):
             block = [line]
