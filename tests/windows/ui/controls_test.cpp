@@ -1,0 +1,373 @@
+// The custom controls: what they tell their parent, and what is seen of them.
+#include "core/commands.h"
+#include "kit.h"
+#include "ui/button_win.h"
+#include "ui/divider_win.h"
+#include "ui/indicator_win.h"
+#include "ui/look_win.h"
+#include "ui/trackbar_win.h"
+
+#include <gtest/gtest.h>
+
+using Codes = std::vector<int>;
+constexpr COLORREF kFace = 0x336699, kText = 0x0000FF, kHot = 0x00FF00;
+
+static HWND MakeButton(const Recorder& recorder, DWORD style = 0, const char* text = "WWW") {
+    HWND button =
+        CreateTNVButton(text, WS_VISIBLE | style, 10, 10, 80, 30, recorder.window, 704, nullptr);
+    SetButtonColors(button, kText, kFace, kHot);
+    return button;
+}
+
+static void Click(HWND button) {
+    SendMessageA(button, WM_LBUTTONDOWN, MK_LBUTTON, At(5, 5));
+    SendMessageA(button, WM_LBUTTONUP, 0, At(5, 5));
+}
+
+// ---- button
+
+TEST(Button, ReleaseInsideIsAClickAndOutsideIsNone) {
+    Recorder parent;
+    HWND button = MakeButton(parent);
+    struct Case {
+        std::vector<POINT> way; // pointer between press and release
+        POINT release;
+        size_t clicks;
+    };
+    const Case cases[] = {{{}, {5, 5}, 1},
+                          {{{-3, 5}}, {-3, 5}, 0},
+                          {{{5, 31}, {6, 6}}, {6, 6}, 1},
+                          {{{6, 6}}, {200, 6}, 0}};
+    for (const auto& c : cases) {
+        parent.Take();
+        SendMessageA(button, WM_MOUSEMOVE, 0, At(4, 4));
+        EXPECT_EQ(GetCapture(), button);
+        SendMessageA(button, WM_LBUTTONDOWN, MK_LBUTTON, At(5, 5));
+        for (POINT p : c.way)
+            SendMessageA(button, WM_MOUSEMOVE, MK_LBUTTON, At(p.x, p.y));
+        SendMessageA(button, WM_LBUTTONUP, 0, At(c.release.x, c.release.y));
+        EXPECT_TRUE(parent.CodesOf(button).empty()) << "a click is posted, not sent";
+        Pump();
+        EXPECT_EQ(parent.CodesOf(button), Codes(c.clicks, kButtonClicked));
+        EXPECT_EQ(GetCapture() == button, c.clicks == 1) << "kept while the pointer is inside";
+    }
+}
+
+TEST(Button, NotifyTellsPressLeaveReturnAndRelease) {
+    Recorder parent;
+    HWND button = MakeButton(parent);
+    SetButtonNotify(button, 1);
+    SendMessageA(button, WM_MOUSEMOVE, 0, At(4, 4));
+    SendMessageA(button, WM_LBUTTONDOWN, MK_LBUTTON, At(5, 5));
+    SendMessageA(button, WM_MOUSEMOVE, MK_LBUTTON, At(-5, 5));
+    SendMessageA(button, WM_MOUSEMOVE, MK_LBUTTON, At(-6, 5)); // no second release
+    SendMessageA(button, WM_MOUSEMOVE, MK_LBUTTON, At(5, 5));
+    SendMessageA(button, WM_LBUTTONUP, 0, At(5, 5));
+    EXPECT_EQ(parent.CodesOf(button),
+              (Codes{kButtonPressed, kButtonReleased, kButtonPressed, kButtonReleased}))
+        << "sent at once";
+    Pump();
+    EXPECT_EQ(parent.CodesOf(button).back(), kButtonClicked);
+    EXPECT_EQ(LOWORD(parent.notes.back().wParam), 704);
+}
+
+TEST(Button, LostCaptureEndsThePress) {
+    Recorder parent;
+    HWND button = MakeButton(parent);
+    SetButtonNotify(button, 1);
+    SendMessageA(button, WM_MOUSEMOVE, 0, At(4, 4));
+    SendMessageA(button, WM_LBUTTONDOWN, MK_LBUTTON, At(5, 5));
+    ReleaseCapture();
+    EXPECT_EQ(parent.CodesOf(button), (Codes{kButtonPressed, kButtonReleased}));
+    SendMessageA(button, WM_LBUTTONUP, 0, At(5, 5)); // the release of a press that began elsewhere
+    Pump();
+    EXPECT_EQ(parent.CodesOf(button).size(), 2u) << "no click";
+    EXPECT_EQ(PixelOf(button, 0, 0), GetSysColor(COLOR_3DLIGHT)) << "raised again";
+}
+
+TEST(Button, ParentMayDestroyItInsideANotification) {
+    for (int code : {kButtonPressed, kButtonReleased}) {
+        Recorder parent;
+        HWND button = MakeButton(parent);
+        SetButtonNotify(button, 1);
+        parent.onNote = [&](const Note& note) {
+            if (HIWORD(note.wParam) == code) DestroyWindow(button);
+        };
+        SendMessageA(button, WM_MOUSEMOVE, 0, At(4, 4));
+        Click(button);
+        Pump();
+        EXPECT_FALSE(IsWindow(button));
+    }
+}
+
+TEST(Button, PushlikeStaysInUntilClickedAgain) {
+    Recorder parent;
+    HWND toggle = MakeButton(parent, BS_PUSHLIKE);
+    for (int checked : {1, 0}) {
+        Click(toggle);
+        EXPECT_EQ(SendMessageA(toggle, BM_GETCHECK, 0, 0), checked);
+        EXPECT_EQ(PixelOf(toggle, 0, 0), GetSysColor(checked ? COLOR_3DSHADOW : COLOR_3DLIGHT));
+    }
+    HWND plain = CreateTNVButton("", 0, 0, 0, 9, 9, parent.window, 1, nullptr);
+    Click(plain);
+    EXPECT_EQ(SendMessageA(plain, BM_GETCHECK, 0, 0), 0);
+}
+
+TEST(Button, LabelTakesItsColorsAndADisabledOneHasNone) {
+    Recorder parent;
+    HWND button = MakeButton(parent);
+    const RECT client = ClientRect(button);
+    EXPECT_GT(CountPixels(button, client, kText), 20);
+    EXPECT_EQ(PixelOf(button, 4, 4), kFace);
+    SendMessageA(button, WM_MOUSEMOVE, 0, At(4, 4));
+    EXPECT_GT(CountPixels(button, client, kHot), 20);
+    EXPECT_EQ(CountPixels(button, client, kText), 0);
+    SendMessageA(button, WM_MOUSEMOVE, 0, At(-1, 4));
+    EXPECT_EQ(CountPixels(button, client, kHot), 0);
+    EnableWindow(button, FALSE);
+    EXPECT_EQ(CountPixels(button, client, kText), 0);
+    RECT face = client;
+    InflateRect(&face, -2, -2);
+    EXPECT_EQ(CountPixels(button, face, kFace),
+              (face.right - face.left) * (face.bottom - face.top));
+    HWND born = MakeButton(parent, WS_DISABLED);
+    EXPECT_EQ(CountPixels(born, client, kText), 0) << "disabled from the start";
+}
+
+TEST(Button, ContentSinksWhenPressed) {
+    Recorder parent;
+    HWND button = MakeButton(parent, 0, "I");
+    auto leftmost = [&] {
+        for (int x = 2; x < 78; x++)
+            if (CountPixels(button, {x, 2, x + 1, 28}, kText)) return x;
+        return -1;
+    };
+    const int raised = leftmost();
+    SendMessageA(button, WM_LBUTTONDOWN, MK_LBUTTON, At(5, 5));
+    EXPECT_EQ(leftmost() - raised, GetSystemMetrics(SM_CXEDGE));
+}
+
+TEST(Button, TextsAreComparedOverTheirFirst127Characters) {
+    Recorder parent;
+    HWND button = MakeButton(parent);
+    std::string text(140, 'a');
+    SendMessageA(button, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(text.c_str()));
+    EXPECT_TRUE(NeedsPaint(button));
+    UpdateWindow(button);
+    text[127] = 'b';
+    SendMessageA(button, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(text.c_str()));
+    EXPECT_FALSE(NeedsPaint(button));
+    text[126] = 'b';
+    SendMessageA(button, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(text.c_str()));
+    EXPECT_TRUE(NeedsPaint(button));
+    UpdateWindow(button);
+    SetButtonColors(button, kText, kFace, kHot);
+    EXPECT_FALSE(NeedsPaint(button)) << "the same colours again";
+    SetButtonOn(button, 1);
+    EXPECT_TRUE(NeedsPaint(button));
+}
+
+TEST(Button, ImagesAreDrawnEvenWhenDisabled) {
+    Recorder parent;
+    HWND button = MakeButton(parent, BS_BITMAP);
+    const std::vector<uint32_t> white(8 * 6, 0xFFFFFFFF);
+    HBITMAP bitmap = CreateBitmap(8, 6, 1, 32, white.data());
+    const auto image = reinterpret_cast<LPARAM>(bitmap);
+    EXPECT_GT(CountPixels(button, ClientRect(button), kText), 0) << "no image yet: the label";
+    EXPECT_EQ(SendMessageA(button, BM_SETIMAGE, IMAGE_BITMAP, image), 0);
+    EXPECT_EQ(SendMessageA(button, BM_GETIMAGE, IMAGE_BITMAP, 0), image);
+    EXPECT_EQ(SendMessageA(button, BM_GETIMAGE, IMAGE_ICON, 0), 0);
+    EnableWindow(button, FALSE);
+    EXPECT_EQ(CountPixels(button, {34, 10, 42, 16}, 0xFFFFFF), 48) << "centred, shifted by an edge";
+    EXPECT_EQ(SendMessageA(button, BM_SETIMAGE, IMAGE_BITMAP, 0x7777), image);
+    EXPECT_EQ(PixelOf(button, 38, 12), kFace) << "no bitmap: nothing drawn, nothing broken";
+    DeleteObject(bitmap);
+}
+
+TEST(Button, TheRealPointerHoversAndLeaves) {
+    Recorder parent;
+    HWND button = MakeButton(parent);
+    const POINT center = CenterOf(button);
+    MovePointer(center.x, center.y);
+    EXPECT_GT(CountPixels(button, ClientRect(button), kHot), 20);
+    PressPointer();
+    ReleasePointer();
+    EXPECT_EQ(parent.CodesOf(button), Codes{kButtonClicked});
+    ParkPointer(); // outside every window of this program
+    EXPECT_TRUE(PumpUntil([&] { return !CountPixels(button, ClientRect(button), kHot); }));
+    EXPECT_EQ(GetCapture(), nullptr);
+}
+
+// ---- track bar
+
+static HWND MakeBar(const Recorder& recorder, DWORD style) {
+    const int tall = style & kTrackBarVertical;
+    HWND bar = CreateTNVTrackBar(WS_VISIBLE | style, 10, 10, tall ? 20 : 108, tall ? 108 : 20,
+                                 recorder.window, 737, nullptr);
+    SetTrackBarRange(bar, 0, 100, 1);
+    return bar;
+}
+
+// Positions and codes of the notifications, pumped out of the queue.
+static std::vector<std::pair<int, int>> Scrolls(Recorder* recorder, UINT message, HWND bar) {
+    Pump();
+    std::vector<std::pair<int, int>> found;
+    for (const Note& note : recorder->Take())
+        if (note.message == message && note.lParam == reinterpret_cast<LPARAM>(bar))
+            found.push_back({HIWORD(note.wParam), LOWORD(note.wParam)});
+    return found;
+}
+using Moves = std::vector<std::pair<int, int>>;
+
+TEST(TrackBarWindow, DragFollowsThePointerAndEndsOnce) {
+    for (DWORD style : {0ul, kTrackBarVertical}) {
+        Recorder parent;
+        HWND bar = MakeBar(parent, style);
+        const UINT message = style ? WM_VSCROLL : WM_HSCROLL;
+        auto at = [&](int along) { return style ? At(8, along) : At(along, 8); };
+        SetTrackBarPos(bar, 50);
+        EXPECT_EQ(Scrolls(&parent, message, bar), Moves{}) << "set from outside: no notice";
+        SendMessageA(bar, WM_LBUTTONDOWN, MK_LBUTTON, at(53)); // the thumb is 51 to 56
+        SendMessageA(bar, WM_MOUSEMOVE, MK_LBUTTON, at(63));
+        SetTrackBarPos(bar, 5); // ignored
+        SendMessageA(bar, WM_MOUSEMOVE, MK_LBUTTON, at(63));
+        SendMessageA(bar, WM_MOUSEMOVE, MK_LBUTTON, at(900));
+        SendMessageA(bar, WM_MOUSEMOVE, MK_LBUTTON, at(-20));
+        SendMessageA(bar, WM_LBUTTONUP, 0, at(-20));
+        EXPECT_EQ(GetFocus(), bar);
+        EXPECT_EQ(
+            Scrolls(&parent, message, bar),
+            (Moves{
+                {60, SB_THUMBTRACK}, {100, SB_THUMBTRACK}, {0, SB_THUMBTRACK}, {0, SB_ENDSCROLL}}));
+    }
+}
+
+TEST(TrackBarWindow, LostCaptureEndsTheDrag) {
+    Recorder parent;
+    HWND bar = MakeBar(parent, 0);
+    SendMessageA(bar, WM_LBUTTONDOWN, MK_LBUTTON, At(3, 8));
+    EXPECT_EQ(PixelOf(bar, 4, 8), 0xFFFFFFu) << "white while dragged";
+    ReleaseCapture();
+    EXPECT_EQ(Scrolls(&parent, WM_HSCROLL, bar), (Moves{{0, SB_ENDSCROLL}}));
+    SendMessageA(bar, WM_MOUSEMOVE, 0, At(60, 8));
+    EXPECT_EQ(Scrolls(&parent, WM_HSCROLL, bar), Moves{});
+}
+
+TEST(TrackBarWindow, ClickBesideTheThumbIsAPageThere) {
+    struct Case {
+        DWORD style;
+        int maximum, start, along, expected;
+    };
+    const Case cases[] = {{0, 100, 50, 90, 62},
+                          {0, 100, 50, 10, 38},
+                          {0, 5, 0, 90, 5},
+                          {kTrackBarVertical, 100, 50, 90, 62},
+                          {kTrackBarVertical, 100, 50, 10, 38}};
+    for (const auto& c : cases) {
+        Recorder parent;
+        HWND bar = MakeBar(parent, c.style);
+        SetTrackBarRange(bar, 0, c.maximum, 1);
+        SetTrackBarPos(bar, c.start);
+        SendMessageA(bar, WM_LBUTTONDOWN, MK_LBUTTON, c.style ? At(8, c.along) : At(c.along, 8));
+        EXPECT_EQ(Scrolls(&parent, c.style ? WM_VSCROLL : WM_HSCROLL, bar),
+                  (Moves{{c.expected, SB_ENDSCROLL}}));
+    }
+}
+
+TEST(TrackBarWindow, KeysAndWheelNotifyOnlyChanges) {
+    Recorder parent;
+    HWND bar = MakeBar(parent, kTrackBarVertical);
+    SendMessageA(bar, WM_COMMAND, kWheelStep, 0);
+    SendMessageA(bar, WM_COMMAND, kWheelStep, 1);
+    SendMessageA(bar, WM_COMMAND, kWheelStep, 1);
+    SendMessageA(bar, WM_KEYDOWN, VK_DOWN, 0);
+    SendMessageA(bar, WM_KEYDOWN, VK_HOME, 0);
+    SendMessageA(bar, WM_KEYDOWN, VK_UP, 0);
+    SendMessageA(bar, WM_KEYDOWN, VK_F3, 0);
+    EXPECT_EQ(Scrolls(&parent, WM_VSCROLL, bar), (Moves{{2, 8}, {0, 8}, {1, 8}, {0, 8}, {0, 8}}));
+}
+
+TEST(TrackBarWindow, HostileMessagesAndSizes) {
+    Recorder parent;
+    HWND bar = MakeBar(parent, 0);
+    SendMessageA(bar, kTrackBarSetPos, 0, LONG_MAX);
+    SendMessageA(bar, kTrackBarSetRange, 1, MAKELPARAM(90, 20));
+    SendMessageA(bar, WM_LBUTTONDOWN, MK_LBUTTON, At(3, 8));
+    SendMessageA(bar, WM_MOUSEMOVE, MK_LBUTTON, At(70, 8));
+    SendMessageA(bar, WM_LBUTTONUP, 0, At(70, 8));
+    EXPECT_EQ(Scrolls(&parent, WM_HSCROLL, bar), (Moves{{90, SB_ENDSCROLL}})) << "an empty range";
+    SetTrackBarColors(bar, 0x112233, 0x445566);
+    EXPECT_EQ(PixelOf(bar, 4, 8), 0x445566u) << "the thumb of an empty range";
+    SetTrackBarRange(bar, 0, 65535, 1);
+    EXPECT_NE(CountPixels(bar, ClientRect(bar), 0x112233), 0);
+    SetTrackBarPos(bar, 65535);
+    SendMessageA(bar, WM_KEYDOWN, VK_F3, 0);
+    EXPECT_EQ(Scrolls(&parent, WM_HSCROLL, bar), (Moves{{65535, SB_ENDSCROLL}}));
+    EXPECT_EQ(SetTrackBarThumbSize(bar, 0), 0);
+    EXPECT_EQ(SetTrackBarThumbSize(bar, 21), 0);
+    EXPECT_EQ(SetTrackBarThumbSize(bar, 20), 1);
+    EXPECT_EQ(SetTrackBarThumbSize(parent.window, 5), 0) << "no track bar";
+}
+
+// ---- indicator and divider
+
+TEST(Indicator, TextIsSetOnlyWhenItDiffers) {
+    Recorder parent;
+    HWND lamp = CreateTNVIndicator(0, WS_VISIBLE, 10, 10, 200, 30, parent.window, 719, nullptr);
+    EXPECT_FALSE(IsWindowEnabled(lamp));
+    const std::string shortText(62, 'a');
+    for (const auto& [text, repainted] : {std::pair{shortText, true},
+                                          {shortText, false},
+                                          {shortText + "b", true},
+                                          {shortText + "b", true}}) {
+        UpdateWindow(lamp);
+        SetWindowTextA(lamp, text.c_str());
+        EXPECT_EQ(NeedsPaint(lamp), repainted) << text;
+    }
+    SetIndicatorColor(lamp, kText);
+    EXPECT_FALSE(NeedsPaint(lamp)) << "painted at once";
+    EXPECT_GT(CountPixels(lamp, ClientRect(lamp), kText), 20);
+}
+
+TEST(Indicator, ProgressFillsItsShare) {
+    Recorder parent;
+    HWND bar = CreateTNVIndicator(0, WS_VISIBLE, 10, 10, 100, 10, parent.window, 719, nullptr);
+    SetIndicatorColor(bar, kText);
+    SetIndicatorProgress(bar, 1, 0, 3, 1);
+    EXPECT_EQ(CountPixels(bar, {0, 5, 100, 6}, kText), 33);
+    StepIndicatorProgress(bar, 1);
+    EXPECT_EQ(CountPixels(bar, {0, 5, 100, 6}, kText), 66);
+    StepIndicatorProgress(bar, 9);
+    EXPECT_EQ(CountPixels(bar, {0, 5, 100, 6}, kText), 100);
+    SetIndicatorProgress(bar, 0, 0, 3, 1);
+    EXPECT_EQ(CountPixels(bar, {0, 5, 100, 6}, kText), 0);
+    StepIndicatorProgress(bar, 1);
+    EXPECT_FALSE(NeedsPaint(bar) && CountPixels(bar, ClientRect(bar), kText)) << "no progress on";
+}
+
+TEST(Divider, ReportsHowFarItIsDragged) {
+    Recorder parent;
+    HWND divider = CreateTNVDivider(WS_VISIBLE, 0, 100, 200, 6, parent.window, 720, nullptr);
+    std::vector<int> moves;
+    parent.onNote = [&](const Note& note) {
+        EXPECT_EQ(LOWORD(note.wParam), SB_THUMBTRACK);
+        EXPECT_EQ(note.lParam, 0);
+        moves.push_back(static_cast<short>(HIWORD(note.wParam)));
+        // As the move of the divider causes: not to be reported again.
+        SendMessageA(divider, WM_MOUSEMOVE, MK_LBUTTON, At(5, 40));
+    };
+    SendMessageA(divider, WM_MOUSEMOVE, MK_LBUTTON, At(5, 9)); // not grabbed
+    SendMessageA(divider, WM_LBUTTONDOWN, MK_LBUTTON, At(5, 2));
+    EXPECT_EQ(GetCapture(), divider);
+    SendMessageA(divider, WM_MOUSEMOVE, MK_LBUTTON, At(5, 12));
+    SendMessageA(divider, WM_MOUSEMOVE, MK_LBUTTON, At(5, -30));
+    SendMessageA(divider, WM_MOUSEMOVE, 0, At(5, 50));
+    SendMessageA(divider, WM_LBUTTONUP, 0, At(5, -30));
+    EXPECT_EQ(moves, (std::vector<int>{10, -32}));
+    EXPECT_EQ(GetCapture(), nullptr);
+    SendMessageA(divider, WM_LBUTTONDOWN, MK_LBUTTON, At(5, 2));
+    SetCapture(parent.window);
+    SendMessageA(divider, WM_MOUSEMOVE, MK_LBUTTON, At(5, 12));
+    ReleaseCapture();
+    EXPECT_EQ(moves.size(), 2u) << "the drag ended with the capture";
+}
