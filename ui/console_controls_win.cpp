@@ -158,6 +158,20 @@ static void AddLabelled(LabelledControls* all, HWND window, const Box& box, UINT
     all->labels[i] = {all->texts[i][0], all->texts[i][1], box.width, box.height, 0};
 }
 
+// Name and lamps stand close, now that their texts are chosen.
+static void FitStrip(const LabelledControls& all, int height, Measure* measure) {
+    int widths[kMaxComponents] = {}, lamps = 0, brand = 0;
+    for (int i = 0; i < all.count; ++i) {
+        if (!IsIndicator(all.windows[i])) continue;
+        const int width = MeasureLabel(all.texts[i][all.labels[i].useShort], height, measure);
+        if (all.windows[i] == s_console.brand)
+            brand = width;
+        else
+            widths[lamps++] = width;
+    }
+    TightenStrip(&s_console.layout, brand, widths, lamps);
+}
+
 static void FitLabels() {
     const ConsoleLayout& layout = s_console.layout;
     static LabelledControls all; // too large for the stack of a window procedure
@@ -175,6 +189,7 @@ static void FitLabels() {
         LabelFontHeight(layout.reference.width, layout.reference.height, UIOptions.DoubleFontSize);
     Measure measure = {CreateCompatibleDC(nullptr), nullptr, 0};
     const int height = FitConsoleLabels(all.labels, all.count, wanted, MeasureLabel, &measure);
+    FitStrip(all, height, &measure);
     DropFont(&measure);
     DeleteDC(measure.dc);
     for (int i = 0; i < all.count; ++i) {
@@ -203,6 +218,7 @@ void LayOutControls() {
         lamps += IsLamp(row);
     s_console.layout = LayOutConsole(client.right, client.bottom, RowCount() - lamps, lamps);
     const ConsoleLayout& layout = s_console.layout;
+    FitLabels();
     HDWP places = BeginDeferWindowPos(RowCount() + 4);
     int lamp = 0, button = 0;
     for (int row = 0; row < RowCount(); ++row)
@@ -216,16 +232,30 @@ void LayOutControls() {
     for (int row = 0; row < RowCount(); ++row)
         if (IsLamp(row))
             PlaceIndicatorToolTip(s_console.tooltips, s_console.window, s_console.controls[row]);
-    FitLabels();
     InvalidateRect(s_console.window, nullptr, TRUE);
 }
 
 // ---- painting what lies beside the controls: the groups' edges and the round lamps
 
-static void SunkenEdge(HDC dc, const Box& box) {
-    if (box.width <= 0 || box.height <= 0) return;
-    RECT r = {box.left, box.top, box.left + box.width, box.top + box.height};
-    DrawEdge(dc, &r, BDR_SUNKENOUTER, BF_RECT);
+// Part of the way from a colour's channel to black or white, in eighths.
+static COLORREF Shade(COLORREF color, int eighths) {
+    const auto mix = [&](int c) {
+        return eighths < 0 ? c + c * eighths / 8 : c + (255 - c) * eighths / 8;
+    };
+    return RGB(mix(GetRValue(color)), mix(GetGValue(color)), mix(GetBValue(color)));
+}
+
+// A sunken edge in shades of the panel's own colour: the system's edge colours glare on a dark one.
+static void SunkenEdge(HDC dc, const Box& box, COLORREF color) {
+    if (box.width < 2 || box.height < 2) return;
+    const int right = box.left + box.width - 1, bottom = box.top + box.height - 1;
+    SetDCPenColor(dc, Shade(color, -5));
+    MoveToEx(dc, box.left, bottom, nullptr);
+    LineTo(dc, box.left, box.top);
+    LineTo(dc, right, box.top);
+    SetDCPenColor(dc, Shade(color, 2));
+    LineTo(dc, right, bottom);
+    LineTo(dc, box.left, bottom);
 }
 
 static void RoundLamp(HDC dc, const Box& box, COLORREF color) {
@@ -237,12 +267,12 @@ static void RoundLamp(HDC dc, const Box& box, COLORREF color) {
 
 void PaintConsole(HDC dc) {
     const ConsoleLayout& layout = s_console.layout;
-    if (UIOptions.Use3dLook)
-        for (const Box& box : {layout.strip, layout.group, layout.systemGroup})
-            SunkenEdge(dc, box);
     const int saved = SaveDC(dc);
     SelectObject(dc, GetStockObject(DC_BRUSH));
     SelectObject(dc, GetStockObject(DC_PEN));
+    if (UIOptions.Use3dLook)
+        for (const Box& box : {layout.strip, layout.group, layout.systemGroup})
+            SunkenEdge(dc, box, Colors.CmpntBkClr);
     int lamp = 0;
     for (int row = 0; row < RowCount(); ++row)
         if (IsLamp(row))

@@ -7,6 +7,7 @@ constexpr int kMaxRows = 4;
 constexpr int kWantedRatio = 35; // width of a button over its height, in tenths
 constexpr int kMaxHeightShare =
     2;                      // a button is at most 1/2 as high as wide; the strip gets the rest
+constexpr int kDotGap = 3;  // between a lamp and its label
 constexpr int kTextPad = 6; // pixels a label needs beside and above itself
 
 // What every box is derived from.
@@ -32,12 +33,14 @@ static int ButtonsHeight(const Panel& g) {
 static void SizeCells(Panel* g, int buttons, int rows) {
     g->rows = rows;
     g->columns = (buttons + rows - 1) / rows;
+    if (g->columns) rows = g->rows = (buttons + g->columns - 1) / g->columns; // no empty rows
     g->systemColumns = rows >= 2 ? 1 : 2;
     const int groups = g->columns ? 2 : 1;
     const int cells = g->columns + g->systemColumns;
     const int spaces = (cells - groups) * g->spacing + groups * 2 * g->pad + (groups - 1) * g->gap;
     g->cellWidth = AtLeast0(g->areaWidth - spaces) / cells;
-    const int wantedStrip = std::clamp(g->contentHeight * 3 / 10, 14, 40);
+    const int share = rows == 1 ? g->contentHeight * 3 / 10 : g->contentHeight / 4;
+    const int wantedStrip = std::clamp(share, 14, 40);
     const int below = g->contentHeight - wantedStrip - g->gap - 2 * g->pad;
     g->rowHeight = AtLeast0((below - (rows - 1) * g->spacing) / rows);
     g->rowHeight = std::min(g->rowHeight, std::max(g->cellWidth / kMaxHeightShare, 16));
@@ -66,22 +69,52 @@ static Panel ChoosePanel(int areaWidth, int contentHeight, int buttons, int tigh
     return best;
 }
 
-// Name to the left, lamps to the right, each lamp a round dot and its label.
+static Box StripInside(const ConsoleLayout& layout) {
+    return InsetBox(layout.strip, layout.strip.height < 24 ? 2 : 4);
+}
+
+static int DotSize(const Box& inner) {
+    return std::clamp(inner.height / 2, 0, 11);
+}
+
+// Name to the left, lamps to the right, each a round dot and its label, in even shares until the
+// labels' widths are known.
 static void LayOutStrip(ConsoleLayout* layout, int lamps) {
-    const Box inner = InsetBox(layout->strip, std::min(4, layout->strip.height / 4));
+    const Box inner = StripInside(*layout);
     const int wanted = layout->reference.width * 8 / 10;
-    int lampWidth = lamps ? std::min(wanted, inner.width / lamps) : 0;
-    const int brandWidth = inner.width - lamps * lampWidth;
-    const int showBrand = brandWidth >= layout->reference.width / 2;
-    if (!showBrand && lamps) lampWidth = inner.width / lamps;
-    if (showBrand) layout->brand = {inner.left, inner.top, brandWidth, inner.height};
-    const int dot = std::clamp(inner.height / 2, 0, 11);
+    const int brandLeft = inner.width - lamps * wanted;
+    const int showBrand = brandLeft >= layout->reference.width / 2;
+    if (showBrand)
+        layout->brand = {inner.left, inner.top, std::min(brandLeft, wanted), inner.height};
+    const int lampWidth = lamps ? (showBrand ? wanted : inner.width / lamps) : 0;
+    const int dot = DotSize(inner);
     for (int i = 0; i < lamps; ++i) {
         const int left = inner.left + inner.width - (lamps - i) * lampWidth;
-        const int used = std::min(dot + 3, lampWidth);
+        const int used = std::min(dot + kDotGap, lampWidth);
         if (used > dot)
             layout->lampDots[i] = {left, inner.top + (inner.height - dot) / 2, dot, dot};
         layout->lamps[i] = {left + used, inner.top, lampWidth - used, inner.height};
+    }
+}
+
+void TightenStrip(ConsoleLayout* layout, int brandWidth, const int* labelWidths, int lamps) {
+    lamps = std::clamp(lamps, 0, kMaxComponents);
+    const Box inner = StripInside(*layout);
+    layout->brand.width = std::min(layout->brand.width, brandWidth + kTextPad);
+    int used = layout->brand.width;
+    for (int i = 0; i < lamps; ++i)
+        used += std::clamp(labelWidths[i] + kTextPad, 0, layout->lamps[i].width) +
+                layout->lampDots[i].width + kDotGap;
+    const int spare = std::clamp((inner.width - used) / std::max(lamps, 1), 0, 2 * kConsoleMargin);
+    int right = inner.left + inner.width;
+    for (int i = lamps - 1; i >= 0; --i) {
+        Box& label = layout->lamps[i];
+        Box& dot = layout->lampDots[i];
+        const int width = std::clamp(labelWidths[i] + kTextPad, 0, label.width);
+        label.left = right - width;
+        label.width = width;
+        dot.left = label.left - (dot.width ? dot.width + kDotGap : 0);
+        right = dot.left - spare;
     }
 }
 
@@ -129,7 +162,7 @@ ConsoleLayout LayOutConsole(int width, int height, int buttons, int lamps) {
 
 static int Fits(const char* text, const ConsoleLabel& label, int fontHeight, MeasureText measure,
                 void* context) {
-    return fontHeight <= label.height &&
+    return fontHeight + 2 <= label.height &&
            measure(text, fontHeight, context) + kTextPad <= label.width;
 }
 

@@ -24,6 +24,9 @@ struct ConsoleLayout {
 // `buttons` and `lamps` up to kMaxComponents each. Any size is allowed: no boxes overlap (but a
 // group and its members), and all lie inside the client; too little room makes them empty.
 ConsoleLayout LayOutConsole(int width, int height, int buttons, int lamps);
+// Moves the name to the strip's left end and the lamps to its right one, each beside its label,
+// once the texts' widths in pixels are known.
+void TightenStrip(ConsoleLayout* layout, int brandWidth, const int* labelWidths, int lamps);
 
 // One label of the console: the long text where it fits, else the short one.
 struct ConsoleLabel {
