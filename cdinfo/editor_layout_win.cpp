@@ -58,9 +58,13 @@ void LayOut(const Editor* editor) {
         const RECT place = PlaceOf(editor, editor->controls[i], editor->places[i], wider, higher);
         batch = DeferWindowPos(batch, editor->controls[i], nullptr, place.left, place.top,
                                place.right - place.left, place.bottom - place.top,
-                               SWP_NOZORDER | SWP_NOACTIVATE);
+                               SWP_NOZORDER | SWP_NOACTIVATE | SWP_NOCOPYBITS);
     }
     if (batch) EndDeferWindowPos(batch);
+    FitTracks(editor);
+    FitProgram(editor);
+    // The group's frame lies around others and cannot tell what it has uncovered.
+    RedrawWindow(editor->dialog, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
 }
 
 void PlaceDialog(const Editor* editor) {

@@ -48,6 +48,10 @@ struct Editor {
 void SetUpTracks(Editor* editor);
 // Texts of all rows, the sum above them, the state of "same artist".
 void ShowTracks(Editor* editor);
+// Lets the widest column fill the list.
+void FitTracks(const Editor* editor);
+// Makes a row (from 0) the one that is selected.
+void SelectTrack(Editor* editor, size_t track);
 // Takes over (keep) or forgets what stands in the open cell, and closes it. Nothing when none is.
 void CloseCell(Editor* editor, int keep);
 void OnSameArtist(Editor* editor);
@@ -61,6 +65,7 @@ size_t SelectedTracks(const Editor* editor, uint32_t (&tracks)[kMaxTracks]);
 void SetUpProgram(Editor* editor);
 // Entries, their total and the choice of tracks for a stretch, after texts have changed.
 void ShowProgram(Editor* editor);
+void FitProgram(const Editor* editor);
 // Offers a track (1-based) for a stretch, from its start to its end.
 void OfferStretch(Editor* editor, uint32_t track);
 void EnableProgramButtons(Editor* editor);

@@ -126,6 +126,10 @@ static void ShowEntry(const Editor* editor, int row) {
     SetCellText(editor->program, row, kLength, text);
 }
 
+void FitProgram(const Editor* editor) {
+    FitColumn(editor->program, kTrack, kColumns);
+}
+
 static void ShowTotal(const Editor* editor) {
     char format[kStringMax], text[kStringMax];
     const unsigned total = ProgramSeconds(editor->after);
@@ -170,12 +174,13 @@ static void ShowEntries(Editor* editor, const SegmentMarks& marks) {
         LVITEMA item = {};
         item.state = item.stateMask = LVIS_FOCUSED;
         SendMessageA(editor->program, LVM_SETITEMSTATE, last, reinterpret_cast<LPARAM>(&item));
-        SendMessageA(editor->program, LVM_ENSUREVISIBLE, last, FALSE);
     }
     SendMessageA(editor->program, WM_SETREDRAW, TRUE, 0);
     InvalidateRect(editor->program, nullptr, TRUE);
     editor->programQuiet = 0;
-    FitColumn(editor->program, kTrack, kColumns);
+    FitProgram(editor);
+    // Not before it draws again: the list knows its height only then.
+    if (last >= 0) SendMessageA(editor->program, LVM_ENSUREVISIBLE, last, FALSE);
     ShowTotal(editor);
     EnableProgramButtons(editor);
 }

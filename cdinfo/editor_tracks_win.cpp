@@ -58,6 +58,10 @@ void ShowTracks(Editor* editor) {
         ShowRow(editor, i);
 }
 
+void FitTracks(const Editor* editor) {
+    FitColumn(editor->tracks, kCommentColumn, kColumns);
+}
+
 static void FillFixedColumns(Editor* editor) {
     const CDInfoRecord& record = editor->after;
     char text[kStringMax], format[kStringMax];
@@ -86,6 +90,13 @@ size_t SelectedTracks(const Editor* editor, uint32_t (&tracks)[kMaxTracks]) {
     return count;
 }
 
+void SelectTrack(Editor* editor, size_t track) {
+    const int row = static_cast<int>(track);
+    SetRowState(editor->tracks, -1, 0, LVIS_SELECTED);
+    SetRowState(editor->tracks, row, LVIS_SELECTED | LVIS_FOCUSED, LVIS_SELECTED | LVIS_FOCUSED);
+    SendMessageA(editor->tracks, LVM_SETSELECTIONMARK, 0, row);
+}
+
 // ---- the cell
 
 // Brings a cell into view and tells where it is, in the list's coordinates.
@@ -110,19 +121,16 @@ static RECT RevealCell(const Editor* editor, const TrackCell& cell) {
 static void OpenCell(Editor* editor, const TrackCell& cell) {
     CloseCell(editor, 1);
     if (cell.track >= editor->after.trackCount) return;
-    const HWND list = editor->tracks;
-    const int row = static_cast<int>(cell.track);
-    SetRowState(list, -1, 0, LVIS_SELECTED);
-    SetRowState(list, row, LVIS_SELECTED | LVIS_FOCUSED, LVIS_SELECTED | LVIS_FOCUSED);
-    SendMessageA(list, LVM_SETSELECTIONMARK, 0, row);
+    SelectTrack(editor, cell.track);
     const RECT place = RevealCell(editor, cell);
     editor->cell = cell;
     editor->cellOpen = 1;
+    // The place first: a text that is selected in a field without width stays scrolled out of it.
+    SetWindowPos(editor->cellEdit, HWND_TOP, place.left, place.top, place.right - place.left,
+                 place.bottom - place.top, SWP_SHOWWINDOW);
     SendMessageA(editor->cellEdit, EM_SETLIMITTEXT, TrackFieldLimit(cell.field), 0);
     SetWindowTextA(editor->cellEdit, TrackFieldText(editor->after, cell.track, cell.field));
     SendMessageA(editor->cellEdit, EM_SETSEL, 0, -1);
-    SetWindowPos(editor->cellEdit, HWND_TOP, place.left, place.top, place.right - place.left,
-                 place.bottom - place.top, SWP_SHOWWINDOW);
     SetFocus(editor->cellEdit);
 }
 
@@ -294,7 +302,7 @@ void SetUpTracks(Editor* editor) {
     AddColumn(list, kLengthColumn, IDS_EDITOR_COLUMN_LENGTH, 56, LVCFMT_RIGHT);
     FillFixedColumns(editor);
     ShowTracks(editor);
-    FitColumn(list, kCommentColumn, kColumns);
+    FitTracks(editor);
     editor->cellEdit =
         CreateWindowExA(0, "EDIT", "", WS_CHILD | WS_BORDER | ES_AUTOHSCROLL, 0, 0, 0, 0, list,
                         reinterpret_cast<HMENU>(static_cast<INT_PTR>(IDC_EDITOR_CELL)),

@@ -61,6 +61,7 @@ static void OnInitDialog(HWND dialog, Editor* editor) {
     SetUpLayout(editor);
     SetUpTracks(editor);
     SetUpProgram(editor);
+    SelectTrack(editor, 0);
     PlaceDialog(editor);
 }
 
