@@ -12,12 +12,14 @@
 #include "ui/button_win.h"
 #include "ui/framework_win.h"
 #include "ui/indicator_win.h"
+#include "ui/paint_win.h"
 #include "ui/tooltips_win.h"
 #include "ui/trackbar_win.h"
 #include "ui/window_thread_win.h"
 
 static constexpr int kMeasuredHeight = 100; // cell height of the font that texts are measured in
 static constexpr int kGroupAir = 3;         // pixels between controls and their group's edge
+static constexpr int kPanelAir = 2;         // the panel is that much larger than what lies on it
 static constexpr int kWeights[kPlayerFonts] = {FW_BOLD, FW_BOLD, FW_BOLD, FW_NORMAL};
 
 static int IsIndicatorId(int id) {
@@ -43,7 +45,9 @@ static HWND CreateControl(HWND window, int id, HINSTANCE instance) {
 // What a control's letters must have room for: its label, or the longest that usually stands there.
 static void WidestText(int id, char (&text)[kStringMax]) {
     text[0] = 0;
-    if (id == kPlayerTrackTime)
+    if (id == kPlayerArtist || id == kPlayerTrackTitle)
+        CopyText(text, "A Title of Usual Length");
+    else if (id == kPlayerTrackTime)
         CopyText(text, "[88] 88:88 / 88:88");
     else if (id == kPlayerDiscTime)
         CopyText(text, "188:88");
@@ -147,11 +151,14 @@ static void MakePiePicture(PiePicture* pie, int side) {
     pie->side = side;
 }
 
+static PieColors LookOf(const PlayerWindow& player) {
+    return PieLook(WindowBkColor(player.window), Colors.IndtrDrkClr);
+}
+
 static void DrawPiePicture(PlayerWindow* player) {
     if (!player->pie.pixels) return;
     GdiFlush(); // no copy may still be under way while the pixels change
-    DrawPie(player->pie.pixels, player->pie.side, player->pieDegrees,
-            PieLook(WindowBkColor(player->window), Colors.IndtrDrkClr));
+    DrawPie(player->pie.pixels, player->pie.side, player->pieDegrees, LookOf(*player));
 }
 
 static RECT RectOf(const Box& box) {
@@ -170,7 +177,12 @@ void PaintPlayer(PlayerWindow* player) {
     PAINTSTRUCT paint;
     const HDC dc = BeginPaint(player->window, &paint);
     if (!dc) return;
+    RECT panel = RectOf(player->layout.panel);
+    InflateRect(&panel, kPanelAir, kPanelAir);
     const Box& box = player->layout.pie;
+    const RECT pie = RectOf(box);
+    if (memcmp(&paint.rcPaint, &pie, sizeof pie)) // not on the ticks that move the pie alone
+        FillArea(dc, panel, LookOf(*player).back);
     if (player->pie.pixels)
         BitBlt(dc, box.left, box.top, player->pie.side, player->pie.side, player->pie.dc, 0, 0,
                SRCCOPY);
@@ -216,16 +228,20 @@ static void GiveFonts(PlayerWindow* player) {
 }
 
 static void ApplyColors(PlayerWindow* player) {
+    const COLORREF panel = LookOf(*player).back;
     for (int i = 0; i < kPlayerControls; ++i) {
         const int id = kPlayerFirst + i;
-        if (id == kPlayerSlider)
-            SetTrackBarColors(player->controls[i], Colors.BtnLtClr, Colors.CmpntBkClr);
+        const HWND control = player->controls[i];
+        if (IsButtonId(id))
+            SetButtonOn(control, player->lit[i]);
+        else if (id == kPlayerSlider)
+            SetTrackBarColors(control, Colors.BtnLtClr, panel);
         else if (id == kPlayerCaption)
-            SetIndicatorColor(player->controls[i], Colors.IndtrLtClr);
-        else if (IsIndicatorId(id))
-            SetIndicatorColor(player->controls[i], Colors.IndtrDrkClr);
-        else
-            SetButtonOn(player->controls[i], player->lit[i]);
+            SetIndicatorColor(control, Colors.IndtrLtClr);
+        else {
+            SetIndicatorColor(control, Colors.IndtrDrkClr);
+            SetIndicatorBack(control, panel);
+        }
     }
 }
 

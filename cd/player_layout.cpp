@@ -43,9 +43,11 @@ static void PlaceTrackRow(PlayerLayout* layout, Box area, int first, int count, 
     if (next) BoxOf(layout, kPlayerNextPage) = boxes[parts - 1];
 }
 
-// One row of 22 buttons, or two of 11 where a single row would stand half higher than wide.
+// One row of 22 buttons, or two of 11 where they would be too narrow for a number, or half higher
+// than wide.
 static bool TracksInTwoRows(int width, int rowHeight) {
-    return 2 * rowHeight > 3 * width / (kPlayerTrackButtons + 2);
+    const int button = width / (kPlayerTrackButtons + 2);
+    return button < 18 || 2 * rowHeight > 3 * button;
 }
 
 static void PlaceTracks(PlayerLayout* layout, Box area, bool twoRows) {
@@ -55,7 +57,7 @@ static void PlaceTracks(PlayerLayout* layout, Box area, bool twoRows) {
         return;
     }
     Box rows[2];
-    SplitColumn(area, 2, kPlayerGap, rows);
+    SplitColumn(area, 2, area.height < 30 ? 1 : kPlayerGap, rows);
     PlaceTrackRow(layout, rows[0], 0, kPlayerTrackButtons / 2, true, false);
     PlaceTrackRow(layout, rows[1], kPlayerTrackButtons / 2, kPlayerTrackButtons / 2, false, true);
 }
@@ -70,14 +72,12 @@ static Box PlacePie(PlayerLayout* layout, Box display) {
 }
 
 static void PlaceSlider(PlayerLayout* layout, Box area) {
-    layout->groups[kGroupSlider] = area;
     PlaceRow(
         layout, area,
         {{kPlayerRestart, 9}, {kPlayerTrackLock, 9}, {kPlayerSlider, 100}, {kPlayerRepeater, 9}});
 }
 
 static void PlaceTransport(PlayerLayout* layout, Box area) {
-    layout->groups[kGroupTransport] = area;
     PlaceRow(layout, area,
              {{kPlayerPlay, 10},
               {kPlayerBack, 10},
@@ -91,23 +91,38 @@ static void PlaceTimes(PlayerLayout* layout, Box area) {
     PlaceRow(layout, area, {{kPlayerTrackTime, 52}, {kPlayerDiscTime, 20}, {kPlayerDriveTime, 28}});
 }
 
-static void LayOutDisplay(PlayerLayout* layout, Box area) {
-    static constexpr int kShares[] = {31, 9}; // texts and pie, slider
-    static constexpr int kLineShares[] = {10, 10, 11};
-    Box parts[2], lines[3];
-    SplitColumnBy(area, kShares, 2, kPlayerGroupGap, parts);
-    layout->groups[kGroupDisplay] = parts[0];
-    SplitColumnBy(PlacePie(layout, parts[0]), kLineShares, 3, kPlayerGap, lines);
+// Title, artist and track in lines of their own where they fit, else artist beside track. The times
+// stand largest, at the bottom.
+static void PlaceTexts(PlayerLayout* layout, Box area) {
+    static constexpr int kFourLines[] = {10, 10, 10, 11}, kThreeLines[] = {9, 9, 12};
+    constexpr int kLineHeight = 16; // pixels that a line needs
+    Box lines[4];
+    if (area.height >= 4 * kLineHeight) {
+        SplitColumnBy(area, kFourLines, 4, 1, lines);
+        BoxOf(layout, kPlayerArtist) = lines[1];
+        BoxOf(layout, kPlayerTrackTitle) = lines[2];
+        PlaceTimes(layout, lines[3]);
+    } else {
+        SplitColumnBy(area, kThreeLines, 3, 1, lines);
+        PlaceRow(layout, lines[1], {{kPlayerArtist, 9}, {kPlayerTrackTitle, 11}});
+        PlaceTimes(layout, lines[2]);
+    }
     BoxOf(layout, kPlayerTitle) = lines[0];
-    PlaceRow(layout, lines[1], {{kPlayerArtist, 9}, {kPlayerTrackTitle, 11}});
-    PlaceTimes(layout, lines[2]);
+}
+
+static void LayOutDisplay(PlayerLayout* layout, Box area) {
+    static constexpr int kShares[] = {31, 10}; // texts and pie, slider
+    Box parts[2];
+    layout->groups[kGroupDisplay] = area;
+    SplitColumnBy(area, kShares, 2, kPlayerRowGap, parts);
+    layout->panel = parts[0];
+    PlaceTexts(layout, PlacePie(layout, parts[0]));
     PlaceSlider(layout, parts[1]);
 }
 
 static void LayOutWide(PlayerLayout* layout, Box area) {
     static constexpr int kOneRow[] = {4, 1}, kTwoRows[] = {4, 2};
-    static constexpr int kHalves[] = {57, 43};
-    static constexpr int kButtonShares[] = {10, 10, 11};
+    static constexpr int kHalves[] = {56, 44};
     const bool twoRows = TracksInTwoRows(area.width, (area.height - kPlayerGroupGap) / 5);
     Box upperLower[2], halves[2], rows[3];
     SplitColumnBy(area, twoRows ? kTwoRows : kOneRow, 2, kPlayerGroupGap, upperLower);
@@ -115,40 +130,44 @@ static void LayOutWide(PlayerLayout* layout, Box area) {
     SplitRowBy(upperLower[0], kHalves, 2, kPlayerGroupGap, halves);
     LayOutDisplay(layout, halves[0]);
 
-    SplitColumnBy(halves[1], kButtonShares, 3, kPlayerGroupGap, rows);
-    layout->groups[kGroupCaption] = rows[0];
+    layout->groups[kGroupButtons] = halves[1];
+    SplitColumn(halves[1], 3, kPlayerRowGap, rows);
     PlaceRow(layout, rows[0], {{kPlayerCaption, 20}, {kPlayerInfo, 11}, {kPlayerPower, 10}});
-    layout->groups[kGroupModes] = rows[1];
     PlaceRow(layout, rows[1],
              {{kPlayerRepeat, 10}, {kPlayerRandom, 10}, {kPlayerIntro, 10}, {kPlayerProgram, 11}});
     PlaceTransport(layout, rows[2]);
 }
 
 static void LayOutStacked(PlayerLayout* layout, Box area) {
-    static constexpr int kOneRow[] = {20, 8, 10, 10, 10}, kTwoRows[] = {20, 8, 10, 10, 20};
+    static constexpr int kOneRow[] = {29, 20, 10}, kTwoRows[] = {29, 20, 20};
     static constexpr int kShares[] = {7, 3}; // transport, caption and power
-    const int gap = area.height < 120 ? kPlayerGap : kPlayerGroupGap;
-    const bool twoRows = TracksInTwoRows(area.width, (area.height - 4 * gap) / 6);
-    Box rows[5], lines[2], parts[2];
-    SplitColumnBy(area, twoRows ? kTwoRows : kOneRow, 5, gap, rows);
+    const bool low = area.height < 120;
+    const int gap = low ? 2 : kPlayerRowGap, groupGap = low ? 2 : kPlayerGroupGap;
+    const bool twoRows = TracksInTwoRows(area.width, (area.height - 2 * groupGap) / 6);
+    Box groups[3], parts[2], lines[2], rows[2], lower[2];
+    SplitColumnBy(area, twoRows ? kTwoRows : kOneRow, 3, groupGap, groups);
 
-    layout->groups[kGroupDisplay] = rows[0];
-    SplitColumn(PlacePie(layout, rows[0]), 2, kPlayerGap, lines);
+    layout->groups[kGroupDisplay] = groups[0];
+    static constexpr int kDisplay[] = {20, 9};
+    SplitColumnBy(groups[0], kDisplay, 2, gap, parts);
+    layout->panel = parts[0];
+    SplitColumn(PlacePie(layout, parts[0]), 2, 1, lines);
     PlaceRow(layout, lines[0], {{kPlayerTitle, 10}, {kPlayerArtist, 7}, {kPlayerTrackTitle, 9}});
     PlaceTimes(layout, lines[1]);
-    PlaceSlider(layout, rows[1]);
-    layout->groups[kGroupModes] = rows[2];
-    PlaceRow(layout, rows[2],
+    PlaceSlider(layout, parts[1]);
+
+    layout->groups[kGroupButtons] = groups[1];
+    SplitColumn(groups[1], 2, gap, rows);
+    PlaceRow(layout, rows[0],
              {{kPlayerRepeat, 10},
               {kPlayerRandom, 10},
               {kPlayerIntro, 10},
               {kPlayerProgram, 11},
               {kPlayerInfo, 10}});
-    SplitRowBy(rows[3], kShares, 2, gap, parts);
-    PlaceTransport(layout, parts[0]);
-    layout->groups[kGroupCaption] = parts[1];
-    PlaceRow(layout, parts[1], {{kPlayerCaption, 11}, {kPlayerPower, 9}});
-    PlaceTracks(layout, rows[4], twoRows);
+    SplitRowBy(rows[1], kShares, 2, kPlayerGap, lower);
+    PlaceTransport(layout, lower[0]);
+    PlaceRow(layout, lower[1], {{kPlayerCaption, 11}, {kPlayerPower, 9}});
+    PlaceTracks(layout, groups[2], twoRows);
 }
 
 PlayerLayout LayOutPlayer(int width, int height) {
@@ -170,11 +189,10 @@ PlayerFont PlayerFontOf(int id) {
     return kFontLabels;
 }
 
-// Pixels between a control's text and its border: buttons have an edge, indicators none.
-static int TextInset(int id) {
+// Whether a control draws an edge round its text: buttons do, indicators do not.
+static bool HasEdge(int id) {
     const PlayerFont font = PlayerFontOf(id);
-    const bool button = (font == kFontLabels || font == kFontTracks) && id != kPlayerCaption;
-    return button ? kEdge : 0;
+    return (font == kFontLabels || font == kFontTracks) && id != kPlayerCaption;
 }
 
 void PlayerFontSizes(const PlayerLayout& layout, const PlayerTextWidths& widths, int large,
@@ -183,18 +201,19 @@ void PlayerFontSizes(const PlayerLayout& layout, const PlayerTextWidths& widths,
     for (int i = 0; i < kPlayerControls; ++i) {
         const int id = kPlayerFirst + i;
         if (id == kPlayerSlider) continue;
-        const int inset = TextInset(id);
+        const int edge = HasEdge(id) ? kEdge : 0;
         const Box& box = layout.boxes[i];
-        int size = box.height - 2 * inset;
+        int size = box.height - edge; // a cell's empty top may lie under the edge
         if (widths.width[i])
-            size = std::min(size, (box.width - 2 * (inset + kTextAir)) * 1000 / widths.width[i]);
+            size = std::min(size, (box.width - 2 * (edge + kTextAir)) * 1000 / widths.width[i]);
         int& smallest = sizes[PlayerFontOf(id)];
         smallest = std::min(smallest, size);
     }
-    // Small letters keep their size; larger ones leave air round them unless asked not to.
+    // Small letters keep their size; larger labels leave air round them unless asked not to.
     constexpr int kSmall = 14;
-    for (int& size : sizes) {
-        if (!large) size = std::min(size, std::max(kSmall, size * 4 / 5));
+    for (int font = 0; font < kPlayerFonts; ++font) {
+        int& size = sizes[font];
+        if (!large && font != kFontTimes) size = std::min(size, std::max(kSmall, size * 4 / 5));
         size = std::max(size, kPlayerMinLetter);
     }
     // One scale in the display: titles stand no higher than the times below them.

@@ -43,24 +43,18 @@ constexpr int kPlayerControls = 45;
 constexpr int kPlayerTrackButtons = 20;
 
 constexpr int kPlayerMargin = 7;   // pixels round everything
-constexpr int kPlayerGap = 3;      // between neighbours of a group
+constexpr int kPlayerGap = 3;      // between neighbours
+constexpr int kPlayerRowGap = 5;   // between rows of buttons
 constexpr int kPlayerGroupGap = 7; // between groups: room for their edges
 
 // Controls that stand together and share an edge.
-enum PlayerGroup {
-    kGroupDisplay,
-    kGroupSlider,
-    kGroupCaption,
-    kGroupModes,
-    kGroupTransport,
-    kGroupTracks,
-    kPlayerGroups
-};
+enum PlayerGroup { kGroupDisplay, kGroupButtons, kGroupTracks, kPlayerGroups };
 
 struct PlayerLayout {
     Box boxes[kPlayerControls]; // by id - kPlayerFirst, in client pixels
     Box pie;                    // a square
     Box groups[kPlayerGroups];  // bounds of the groups' controls
+    Box panel;                  // bounds of the texts and the pie: the dark part of the display
 };
 
 // The layout for a client area. Below about 280 by 80 pixels boxes shrink to single pixels but

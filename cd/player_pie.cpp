@@ -37,12 +37,14 @@ static float Coverage(float distance) {
     return std::clamp(distance + 0.5f, 0.0f, 1.0f);
 }
 
+static uint32_t Mix(uint32_t color, uint32_t with, float share) {
+    Blend mixed = FromColor(color);
+    Cover(&mixed, FromColor(with), share);
+    return ToColor(mixed);
+}
+
 PieColors PieLook(uint32_t background, uint32_t lamp) {
-    Blend face = FromColor(background);
-    Cover(&face, FromColor(0), 0.6f);
-    Blend rim = FromColor(background);
-    Cover(&rim, FromColor(lamp), 0.45f);
-    return {background, ToColor(face), lamp, ToColor(rim)};
+    return {Mix(background, 0, 0.7f), Mix(background, 0, 0.2f), lamp, Mix(background, lamp, 0.4f)};
 }
 
 void DrawPie(uint32_t* pixels, int side, int degrees, const PieColors& colors) {

@@ -10,7 +10,8 @@ struct PieColors {
     uint32_t lit;  // played
     uint32_t rim;
 };
-// The dark instrument look: face and rim follow from the window's colour and the lamps'.
+// The dark instrument look: all four follow from the window's colour and the lamps'. `back` is the
+// colour of the panel that pie and texts lie on.
 PieColors PieLook(uint32_t background, uint32_t lamp);
 
 // Fills side * side pixels (0x00RRGGBB, rows from the top) with the disc at `degrees` (0 to 360).

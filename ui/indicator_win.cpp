@@ -12,6 +12,7 @@
 namespace {
 struct IndicatorData {
     COLORREF Color;
+    COLORREF back; // CLR_NONE: the parent's
     HWND Parent;
     uint16_t ControlId;
     HFONT Font;
@@ -32,6 +33,7 @@ static LRESULT OnCreate(HWND indicator, const CREATESTRUCTA* create) {
     auto* data = CreateControlData<IndicatorData>(indicator);
     if (!data) return -1;
     data->Color = 0x808080;
+    data->back = CLR_NONE;
     data->Parent = create->hwndParent;
     data->ControlId = static_cast<uint16_t>(reinterpret_cast<UINT_PTR>(create->hMenu));
     data->Font = static_cast<HFONT>(GetStockObject(SYSTEM_FONT));
@@ -68,11 +70,13 @@ static void DrawLabel(HWND indicator, const IndicatorData& data, HDC dc, RECT cl
     HGDIOBJ oldFont = SelectObject(dc, data.Font);
     SetBkMode(dc, TRANSPARENT);
     SetTextColor(dc, data.Color);
-    DrawTextA(dc, text, length, &client, DT_CENTER | DT_VCENTER | DT_SINGLELINE | DT_NOPREFIX);
+    DrawTextA(dc, text, length, &client,
+              DT_CENTER | DT_VCENTER | DT_SINGLELINE | DT_NOPREFIX | DT_END_ELLIPSIS);
     SelectObject(dc, oldFont);
 }
 
 static COLORREF BackgroundOf(const IndicatorData& data) {
+    if (data.back != CLR_NONE) return data.back;
     if (IsUIWindow(data.Parent)) return WindowBkColor(data.Parent);
     return GetSysColor(COLOR_BTNFACE);
 }
@@ -121,6 +125,13 @@ void SetIndicatorColor(HWND indicator, COLORREF color) {
     data->Color = color;
     Repaint(indicator);
     UpdateWindow(indicator);
+}
+
+void SetIndicatorBack(HWND indicator, COLORREF color) {
+    auto* data = ControlDataOf<IndicatorData>(indicator, kIndicatorClass);
+    if (!data || data->back == color) return;
+    data->back = color;
+    Repaint(indicator);
 }
 
 void SetIndicatorProgress(HWND indicator, int on, int minimum, int maximum, int position) {

@@ -14,6 +14,8 @@ constexpr int kIndicatorDoubleClicked = 5;
 HWND CreateTNVIndicator(UINT stringId, DWORD style, int x, int y, int width, int height,
                         HWND parent, UINT id, HINSTANCE instance);
 void SetIndicatorColor(HWND indicator, COLORREF color);
+// For one that does not lie on the window's plain background; CLR_NONE goes back to that.
+void SetIndicatorBack(HWND indicator, COLORREF color);
 // on = 0 goes back to the label.
 void SetIndicatorProgress(HWND indicator, int on, int minimum, int maximum, int position);
 void StepIndicatorProgress(HWND indicator, int delta);

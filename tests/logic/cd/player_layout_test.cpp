@@ -45,13 +45,14 @@ static PlayerTextWidths ArialWidths() {
     PlayerTextWidths widths = {};
     const struct {
         int id, width;
-    } rows[] = {{kPlayerPlay, 2060},      {kPlayerBack, 2780},      {kPlayerForward, 2000},
-                {kPlayerPause, 3000},     {kPlayerStop, 2220},      {kPlayerEject, 2500},
-                {kPlayerRepeat, 3500},    {kPlayerRandom, 4110},    {kPlayerIntro, 2500},
-                {kPlayerProgram, 4340},   {kPlayerInfo, 3350},      {kPlayerPower, 3060},
-                {kPlayerCaption, 4200},   {kPlayerTrackTime, 8900}, {kPlayerDiscTime, 2560},
-                {kPlayerDriveTime, 4400}, {kPlayerRestart, 870},    {kPlayerTrackLock, 870},
-                {kPlayerRepeater, 560},   {kPlayerNextPage, 590},   {kPlayerPreviousPage, 340}};
+    } rows[] = {{kPlayerPlay, 2060},      {kPlayerBack, 2780},       {kPlayerForward, 2000},
+                {kPlayerPause, 3000},     {kPlayerStop, 2220},       {kPlayerEject, 2500},
+                {kPlayerRepeat, 3500},    {kPlayerRandom, 4110},     {kPlayerIntro, 2500},
+                {kPlayerProgram, 4340},   {kPlayerInfo, 3350},       {kPlayerPower, 3060},
+                {kPlayerCaption, 4200},   {kPlayerTrackTime, 8900},  {kPlayerDiscTime, 2560},
+                {kPlayerDriveTime, 4400}, {kPlayerRestart, 870},     {kPlayerTrackLock, 870},
+                {kPlayerRepeater, 560},   {kPlayerArtist, 10600},    {kPlayerTrackTitle, 10600},
+                {kPlayerNextPage, 590},   {kPlayerPreviousPage, 340}};
     for (const auto& row : rows)
         widths.width[row.id - kPlayerFirst] = row.width;
     for (int i = 0; i < kPlayerTrackButtons; ++i)
