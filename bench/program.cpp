@@ -255,6 +255,26 @@ static void MeasureReopening(const Started& p) {
         static_cast<double>(PrivateKiB("tonvista.exe") - memory), 0, "KiB");
 }
 
+// Every call to the drive takes 15 s: how long the slowest answer of a window takes meanwhile.
+static void MeasureSlowDrive() {
+    SetDrive("StallMs", 15000);
+    const HWND console = FindConsole(), player = FindComponent("CDPlayerUI");
+    constexpr UINT kRepeatButton = 730;
+    double worst = 0;
+    Command(FindCdEngine(), kCdPlay, 1);
+    for (int i = 0; i < 100; ++i) {
+        Command(player, kRepeatButton);
+        for (HWND window : {console, player}) {
+            const double start = Now();
+            AnswerTime(window);
+            worst = std::max(worst, Now() - start);
+        }
+        Sleep(50);
+    }
+    SetDrive("StallMs", 0);
+    Row("slowest answer while the drive stalls 15 s", worst, 0, "ms");
+}
+
 int main(int argc, char** argv) {
     if (argc > 1 && !std::strcmp(argv[1], "empty")) return RunEmpty();
     if (!InstallProgram(BuildFolder())) return 1;
@@ -285,6 +305,7 @@ int main(int argc, char** argv) {
     Command(FindCdEngine(), kCdStop);
     Sleep(1000);
     MeasureReopening(p);
-    End(p, FindConsole());
+    MeasureSlowDrive();
+    TerminateProcess(p.process, 0); // it would wait for the drive
     return 0;
 }
