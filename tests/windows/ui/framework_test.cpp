@@ -1,0 +1,406 @@
+// The framework's windows as a user and their owner see them: place, drag, keys, group commands,
+// tooltips, colours; and a whole component window on its thread.
+#include "core/commands.h"
+#include "core/settings.h"
+#include "core/text.h"
+#include "kit.h"
+#include "ui/button_win.h"
+#include "ui/framework_win.h"
+#include "ui/indicator_win.h"
+#include "ui/look_win.h"
+#include "ui/tooltips_win.h"
+#include "ui/window_thread_win.h"
+
+#include <gtest/gtest.h>
+
+constexpr uint32_t kId = 77;
+
+static int32_t Saved(const char* name) {
+    int32_t value = INT32_MIN;
+    ReadWindowSetting(kId, name, kRegBinary, 4, &value);
+    return value;
+}
+
+static void Forget() {
+    DeleteRegTree(kUserRoot, "Software\\Tonvista\\UIWindow77");
+}
+
+static RECT PlaceNow(HWND window) {
+    RECT rect;
+    GetWindowRect(window, &rect);
+    return rect;
+}
+
+namespace {
+// A framework window owned by the recorder, at 100,120, 300 by 200.
+struct Framework : testing::Test {
+    void SetUp() override {
+        Forget();
+        UIOptions = {};
+        SetSavedPlacement(kId, 100, 120, 300, 200);
+        window = CreateUIWindow(GetModuleHandleA(nullptr), kId, "TrialUI", 0, owner.window);
+        Pump();
+        owner.Take();
+    }
+    void TearDown() override {
+        DestroyWindow(window);
+        Pump();
+        UIOptions = {};
+        Forget();
+    }
+    void Drag(int fromX, int fromY, int toX, int toY, WPARAM keys = 0) {
+        SendMessageA(window, WM_LBUTTONDOWN, MK_LBUTTON, At(fromX, fromY));
+        SendMessageA(window, WM_MOUSEMOVE, MK_LBUTTON | keys, At(toX, toY));
+        SendMessageA(window, WM_LBUTTONUP, keys, At(fromX, fromY));
+    }
+    void ExpectPlace(int left, int top, int width, int height) {
+        const RECT rect = PlaceNow(window);
+        EXPECT_EQ(rect.left, left);
+        EXPECT_EQ(rect.top, top);
+        EXPECT_EQ(rect.right - rect.left, width);
+        EXPECT_EQ(rect.bottom - rect.top, height);
+    }
+    Recorder owner;
+    HWND window = nullptr;
+};
+} // namespace
+
+TEST_F(Framework, StandsWhereItWasSavedAndBelongsToItsOwner) {
+    ExpectPlace(100, 120, 300, 200);
+    EXPECT_TRUE(IsWindowVisible(window));
+    EXPECT_TRUE(GetWindowLongA(window, GWL_EXSTYLE) & WS_EX_TOOLWINDOW);
+    EXPECT_EQ(WindowIdOf(window), kId);
+    EXPECT_EQ(OwnerOf(window), owner.window);
+    EXPECT_EQ(GetWindow(window, GW_OWNER), nullptr);
+    EXPECT_EQ(WindowIdOf(owner.window), 0u);
+    SetSavedPlacement(kId, 5000, -900, 300, 200);
+    EXPECT_TRUE(RestoreWindowPlacement(window));
+    ExpectPlace(1260, -180, 300, 200);
+    EXPECT_EQ(Saved("X"), 1260) << "what it moved to is what is saved";
+    SetSavedPlacement(kId, 5000, -900, 300, 200);
+    EXPECT_TRUE(RestoreWindowPlacement(window));
+    EXPECT_EQ(Saved("X"), 5000) << "it did not move, so nothing was written";
+}
+
+TEST_F(Framework, PPlayMakesItHiddenAndTheConsoleHasATaskbarButton) {
+    UIOptions.PPlay = 1;
+    HWND console = CreateUIWindow(GetModuleHandleA(nullptr), 78, "Trial", 1, nullptr);
+    EXPECT_FALSE(IsWindowVisible(console));
+    EXPECT_TRUE(GetWindowLongA(console, GWL_EXSTYLE) & WS_EX_APPWINDOW);
+    EXPECT_EQ(OwnerOf(console), console);
+    RegisterWheelMessage();
+    SendMessageA(console, UIOptions.WheelMessage, 0,
+                 0); // its own owner: must not go round for ever
+    EXPECT_EQ(SendMessageA(console, WM_COMMAND, kAskMovementLocked, 0), 0);
+    DestroyWindow(console);
+    DeleteRegTree(kUserRoot, "Software\\Tonvista\\UIWindow78");
+}
+
+TEST_F(Framework, DragMovesItAndSavesThePlace) {
+    Drag(30, 20, 47, 9);
+    ExpectPlace(117, 109, 300, 200);
+    EXPECT_EQ(Saved("X"), 117);
+    EXPECT_EQ(Saved("Y"), 109);
+    EXPECT_EQ(GetCapture(), nullptr);
+    EXPECT_EQ(owner.Commands(kAskMovementLocked).size(), 2u) << "asked at press and release";
+    EXPECT_TRUE(owner.Commands(kGroupMove).empty());
+}
+
+TEST_F(Framework, TheRealPointerDragsItByItsBackground) {
+    SetForegroundWindow(owner.window);
+    MovePointer(200, 200);
+    PressPointer();
+    MovePointer(230, 210);
+    MovePointer(260, 190);
+    ExpectPlace(160, 110, 300, 200);
+    ReleasePointer();
+    MovePointer(300, 300);
+    ExpectPlace(160, 110, 300, 200);
+    ASSERT_FALSE(owner.Commands(kGroupRaise).empty()) << "activated by the click";
+    EXPECT_EQ(owner.Commands(kGroupRaise)[0].lParam, reinterpret_cast<LPARAM>(window));
+}
+
+TEST_F(Framework, LockedMovementIgnoresThePress) {
+    owner.answer = 1;
+    Drag(30, 20, 47, 9);
+    ExpectPlace(100, 120, 300, 200);
+    EXPECT_EQ(GetCapture(), nullptr);
+}
+
+TEST_F(Framework, GroupMovesWithCtrlOrWhenLockedTogether) {
+    Drag(30, 20, 25, 32, MK_CONTROL);
+    UIOptions.LockWindows = 1;
+    Drag(30, 20, 31, 20);
+    const auto moves = owner.Commands(kGroupMove);
+    ASSERT_EQ(moves.size(), 2u);
+    EXPECT_EQ(HIWORD(moves[0].wParam), kId);
+    EXPECT_EQ(moves[0].lParam, At(-5, 12));
+    EXPECT_EQ(moves[1].lParam, At(1, 0));
+}
+
+TEST_F(Framework, LostCaptureEndsTheDrag) {
+    SendMessageA(window, WM_LBUTTONDOWN, MK_LBUTTON, At(30, 20));
+    ReleaseCapture();
+    SendMessageA(window, WM_MOUSEMOVE, 0, At(90, 90));
+    ExpectPlace(100, 120, 300, 200);
+}
+
+TEST_F(Framework, CharactersChangeTheSizeAndSaveIt) {
+    for (char c : {'x', 'x', 'x', 'x', 'x', 'Y', 'Y', 'y', 'z'})
+        SendMessageA(window, WM_CHAR, static_cast<WPARAM>(c), 0);
+    ExpectPlace(100, 120, 295, 201);
+    EXPECT_EQ(Saved("Width"), 295);
+    EXPECT_EQ(Saved("Height"), 201);
+    SendMessageA(window, WM_CHAR, 'X', 0);
+    EXPECT_EQ(Saved("Width"), 296);
+}
+
+static void HoldKey(int key, int down) {
+    BYTE keys[256] = {};
+    keys[key] = down ? 0x80 : 0;
+    SetKeyboardState(keys);
+}
+
+TEST_F(Framework, ArrowsNudgeAlignAndStretch) {
+    for (WPARAM key : {VK_RIGHT, VK_RIGHT, VK_DOWN, VK_LEFT, VK_UP, VK_UP})
+        SendMessageA(window, WM_KEYDOWN, key, 0);
+    ExpectPlace(101, 119, 300, 200);
+    HoldKey(VK_CONTROL, 1);
+    SendMessageA(window, WM_KEYDOWN, VK_LEFT, 0);
+    HoldKey(VK_SHIFT, 1);
+    SendMessageA(window, WM_KEYDOWN, VK_RIGHT, 0);
+    HoldKey(VK_SHIFT, 0);
+    ExpectPlace(101, 119, 300, 200);
+    for (const auto& [id, key] :
+         {std::pair<int, int>{kGroupAlign, VK_LEFT}, {kGroupStretch, VK_RIGHT}}) {
+        const auto commands = owner.Commands(id);
+        ASSERT_EQ(commands.size(), 1u) << id;
+        EXPECT_EQ(HIWORD(commands[0].wParam), kId);
+        EXPECT_EQ(commands[0].lParam, key);
+    }
+}
+
+TEST_F(Framework, MediaKeysAndWheelGoToTheOwner) {
+    for (WPARAM key : {VK_PAUSE, VK_PRIOR, VK_NEXT, VK_PLAY, VK_F3})
+        SendMessageA(window, WM_KEYDOWN, key, 0);
+    const auto keys = owner.Commands(kForwardKey);
+    ASSERT_EQ(keys.size(), 4u);
+    EXPECT_EQ(keys[3].lParam, VK_PLAY);
+    EXPECT_EQ(HIWORD(keys[3].wParam), kId);
+    ASSERT_EQ(RegisterWheelMessage(), static_cast<UINT>(WM_MOUSEWHEEL));
+    owner.Take();
+    SendMessageA(window, WM_MOUSEWHEEL, MAKEWPARAM(MK_MBUTTON, 0xFF88), At(7, 8));
+    ASSERT_EQ(owner.notes.size(), 1u);
+    EXPECT_EQ(owner.notes[0].message, static_cast<UINT>(WM_MOUSEWHEEL));
+    EXPECT_EQ(owner.notes[0].wParam, MAKEWPARAM(MK_MBUTTON, 0xFF88));
+}
+
+TEST_F(Framework, ColorIsSavedPaintedAndSharedWithIndicators) {
+    HWND lamp = CreateTNVIndicator(0, WS_VISIBLE, 50, 50, 40, 20, window, 719, nullptr);
+    EXPECT_EQ(SetWindowBkColor(window, 0x123456), 0x404040u);
+    EXPECT_EQ(Saved("BkColor"), 0x123456);
+    Pump();
+    EXPECT_EQ(PixelOf(window, 20, 20), 0x123456u);
+    EXPECT_EQ(PixelOf(lamp, 5, 5), 0x123456u);
+    EXPECT_EQ(PixelOf(window, 0, 0), GetSysColor(COLOR_3DLIGHT)) << "raised edge";
+    SetSavedPlacement(kId, 1, 2, 300, 200);
+    EXPECT_EQ(Saved("BkColor"), 0x123456) << "kept by layouts";
+    EXPECT_EQ(SetWindowBkColor(owner.window, 1), 0u);
+}
+
+// The window itself is the indicator's parent.
+static int s_doubleClicks;
+static LRESULT CALLBACK CountDoubleClicks(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    s_doubleClicks +=
+        message == WM_COMMAND && wParam == MAKEWPARAM(719, kIndicatorDoubleClicked) && lParam;
+    return CallKeptProcedure(window, message, wParam, lParam);
+}
+
+TEST_F(Framework, DoubleClickFindsTheDisabledIndicator) {
+    HWND lamp = CreateTNVIndicator(0, WS_VISIBLE, 50, 50, 100, 40, window, 719, nullptr);
+    const POINT center = CenterOf(lamp);
+    MovePointer(center.x, center.y);
+    SubclassUIWindow(window, CountDoubleClicks);
+    s_doubleClicks = 0;
+    for (int i = 0; i < 2; i++) {
+        PressPointer();
+        ReleasePointer();
+    }
+    EXPECT_EQ(s_doubleClicks, 1);
+    ExpectPlace(100, 120, 300, 200);
+    SendMessageA(window, WM_LBUTTONDBLCLK, MK_LBUTTON, At(10, 10)); // elsewhere: a press
+    EXPECT_EQ(GetCapture(), window);
+    SendMessageA(window, WM_LBUTTONUP, 0, At(10, 10));
+}
+
+static HWND ShownToolTip() {
+    HWND found = nullptr;
+    while ((found = FindWindowExA(nullptr, found, TOOLTIPS_CLASSA, nullptr)))
+        if (IsWindowVisible(found)) return found;
+    return nullptr;
+}
+
+TEST_F(Framework, ToolTipsOfIndicatorsAndControlsRaiseTheGroup) {
+    InitCommonControls();
+    HWND lamp = CreateTNVIndicator(0, WS_VISIBLE, 50, 50, 100, 40, window, 719, nullptr);
+    HWND button = CreateTNVButton("B", WS_VISIBLE, 200, 50, 40, 40, window, 704, nullptr);
+    HWND tips = CreateToolTips(window);
+    ASSERT_TRUE(AddIndicatorToolTip(tips, window, lamp, 0));
+    ASSERT_TRUE(SetRectToolTipText(tips, window, 719, "the lamp"));
+    ASSERT_TRUE(AddToolTip(tips, window, button, "old"));
+    ASSERT_TRUE(SetToolTipText(tips, window, button, "the button"));
+    MoveWindow(lamp, 50, 100, 100, 40, TRUE);
+    PlaceIndicatorToolTip(tips, window, lamp);
+    for (const auto& [control, wanted] : {std::pair{lamp, "the lamp"}, {button, "the button"}}) {
+        owner.Take();
+        const POINT center = CenterOf(control);
+        MovePointer(center.x - 5, center.y);
+        MovePointer(center.x, center.y);
+        ASSERT_TRUE(PumpUntil([] { return ShownToolTip(); })) << wanted;
+        char text[64];
+        GetWindowTextA(ShownToolTip(), text, sizeof text);
+        EXPECT_STREQ(text, wanted);
+        EXPECT_TRUE(PumpUntil([&] { return !owner.Commands(kGroupRaise).empty(); })) << wanted;
+        MovePointer(20, 600);
+        EXPECT_TRUE(PumpUntil([] { return !ShownToolTip(); }));
+    }
+    EXPECT_FALSE(AddToolTip(nullptr, window, button, "x"));
+    EXPECT_FALSE(SetToolTipText(nullptr, window, button, "x"));
+}
+
+TEST_F(Framework, WindowsWithoutDataGetDefaultHandling) {
+    HWND bare = CreateWindowExA(0, kUIWindowClass, "bare", WS_POPUP, 0, 0, 50, 50, nullptr, nullptr,
+                                GetModuleHandleA(nullptr), nullptr);
+    ASSERT_NE(bare, nullptr);
+    SendMessageA(bare, WM_LBUTTONDOWN, MK_LBUTTON, At(5, 5));
+    SendMessageA(bare, WM_CHAR, 'X', 0);
+    SendMessageA(bare, WM_NOTIFY, 0, 0);
+    EXPECT_EQ(OwnerOf(bare), nullptr);
+    EXPECT_EQ(SaveWindowPlacement(bare), 0);
+    EXPECT_EQ(SetWindowBkColor(bare, 1), 0u);
+    EXPECT_NE(GetCapture(), bare);
+    DestroyWindow(bare);
+    SendMessageA(window, WM_NOTIFY, 0, 0);
+}
+
+// ---- the look
+
+TEST(LookWindow, ColorsAreReadSeededAndSaved) {
+    const uint32_t chosen = 0x112233;
+    const ColorSet before = Colors;
+    for (const auto& value : kColorValues)
+        DeleteRegValue(kUserRoot, "Software\\Tonvista\\UIWindow1", value.name);
+    WriteWindowSetting(1, "BtnFaceClr", kRegDword, 4, &chosen);
+    InitColors();
+    SeedColors();
+    ReadColors();
+    EXPECT_EQ(Colors.BtnFaceClr, chosen) << "seeding leaves the user's choice";
+    EXPECT_EQ(ReadWindowDword(1, "BtnLtClr", 1), 0x800000u) << "and writes what is missing";
+    Colors.IndtrLtClr = 0x445566;
+    SaveColors();
+    EXPECT_EQ(ReadWindowDword(1, "IndtrLtClr", 0), 0x445566u);
+    Colors = before;
+    DeleteRegTree(kUserRoot, "Software\\Tonvista\\UIWindow1");
+}
+
+TEST(LookWindow, FontsFitAndAreMadeOnlyOnChange) {
+    for (int width : {30, 60, 200}) {
+        const int height = FitFontHeight("Arial", FW_BOLD, "Track Title", width, 24);
+        HDC dc = CreateCompatibleDC(nullptr);
+        HFONT font = CreateLabelFont("Arial", height, FW_BOLD);
+        HGDIOBJ old = SelectObject(dc, font);
+        SIZE size;
+        GetTextExtentPoint32A(dc, "Track Title", 11, &size);
+        EXPECT_LE(size.cx, width);
+        EXPECT_LE(height, 24);
+        EXPECT_GE(height, width / 10) << "and is no smaller than it must be";
+        SelectObject(dc, old);
+        DeleteObject(font);
+        DeleteDC(dc);
+    }
+    Recorder parent;
+    HWND button = CreateTNVButton("B", WS_VISIBLE, 0, 0, 50, 20, parent.window, 700, nullptr);
+    CachedFont cached = {};
+    GiveChildrenFont(&cached, "Arial", 14, kLabelWeight, parent.window);
+    HFONT first = cached.font;
+    EXPECT_EQ(reinterpret_cast<HFONT>(SendMessageA(button, WM_GETFONT, 0, 0)), first);
+    GiveFont(&cached, "Arial", 14, kLabelWeight, &button, 1);
+    EXPECT_EQ(cached.font, first);
+    GiveFont(&cached, "Arial", 15, kLabelWeight, &button, 1);
+    EXPECT_EQ(reinterpret_cast<HFONT>(SendMessageA(button, WM_GETFONT, 0, 0)), cached.font);
+    EXPECT_EQ(GetObjectType(first), 0u) << "the old font is gone";
+    FreeFont(&cached);
+}
+
+// ---- a component window
+
+namespace {
+struct Probe {
+    int refuse;
+    int layouts, width, height;
+    int destroyed, saved;
+    DWORD thread;
+} s_probe;
+} // namespace
+
+static LRESULT ProbeProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+static ComponentWindow s_probeWindow = {
+    .title = "ProbeUI",
+    .windowId = kId,
+    .procedure = GuardedProc<ProbeProc>,
+    .OnCreateControls = [](HWND window) -> int {
+        s_probe.thread = GetCurrentThreadId();
+        CreateTNVButton("P", WS_VISIBLE, 10, 10, 50, 20, window, 700, nullptr);
+        return !s_probe.refuse;
+    },
+    .OnLayout =
+        [](HWND window, int width, int height) {
+            s_probe.layouts++;
+            s_probe.width = width;
+            s_probe.height = height;
+            const ControlPlace places[] = {{999, {0, 0, 1, 1}}, {700, {0, 0, width, 25}}};
+            PlaceControls(window, places, 2);
+        },
+    .OnDestroy = [](HWND window) { s_probe.destroyed += GetDlgItem(window, 700) != nullptr; },
+    .OnSave = [] { s_probe.saved++; },
+};
+static LRESULT ProbeProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    if (message == WM_USER + 9) RaiseException(0xE0001234, 0, 0, nullptr);
+    return PassOnMessage(&s_probeWindow, window, message, wParam, lParam);
+}
+
+TEST(ComponentWindowThread, LivesAsAComponentDoes) {
+    Recorder console;
+    ComponentThread* thread = ComponentThreadOf(&s_probeWindow);
+    for (int fault : {0, 1}) {
+        SetSavedPlacement(kId, 100, 120, 300, 200);
+        s_probe = {};
+        ASSERT_TRUE(StartComponentThread(thread, GetModuleHandleA(nullptr), console.window));
+        HWND window = thread->Window;
+        EXPECT_NE(s_probe.thread, GetCurrentThreadId());
+        EXPECT_EQ(WindowIdOf(window), kId);
+        EXPECT_EQ(s_probe.layouts, 1);
+        SetWindowPos(window, nullptr, 0, 0, 240, 180, SWP_NOMOVE | SWP_NOZORDER);
+        EXPECT_EQ(s_probe.layouts, 2);
+        RECT client = ClientRect(window), button = ClientRect(GetDlgItem(window, 700));
+        EXPECT_EQ(s_probe.width, client.right);
+        EXPECT_EQ(button.right, client.right);
+        SendMessageA(window, WM_COMMAND, kFontChanged, 0);
+        EXPECT_EQ(s_probe.layouts, 3);
+        if (fault) {
+            SendMessageA(window, WM_USER + 9, 0, 0);
+            EXPECT_TRUE(PumpUntil([&] { return !console.Commands(kComponentClosed).empty(); }));
+        }
+        StopComponentThread(thread);
+        EXPECT_FALSE(IsWindow(window));
+        EXPECT_EQ(s_probe.destroyed, 1);
+        EXPECT_EQ(s_probe.saved, !fault) << "nothing is saved after a fault";
+        EXPECT_EQ(thread->Window, nullptr);
+    }
+    s_probe = {};
+    s_probe.refuse = 1;
+    EXPECT_FALSE(StartComponentThread(thread, GetModuleHandleA(nullptr), console.window));
+    EXPECT_EQ(FindWindowA(kUIWindowClass, "ProbeUI"), nullptr);
+    EXPECT_EQ(s_probe.saved, 0);
+    Forget();
+}
