@@ -62,12 +62,42 @@ void RefreshShellRegistrations() {
     if (ModulePath(module) && !SameText(module, saved)) WriteShellRegistrations();
 }
 
+// Where the windows stand at first: the CD player right above the console, by the screen's width.
+struct FirstPlaces {
+    int minScreenWidth;
+    int x, width;
+    int playerY, playerHeight, consoleY, consoleHeight;
+};
+static constexpr FirstPlaces kFirstPlaces[] = {
+    {1024, 158, 742, 442, 172, 616, 114},
+    {800, 146, 653, 317, 132, 451, 117},
+    {0, 20, 616, 218, 121, 340, 110},
+};
+
+static void SeedPlace(uint32_t windowId, int x, int y, int width, int height) {
+    const struct {
+        const char* name;
+        int32_t value;
+    } values[] = {{"X", x}, {"Y", y}, {"Width", width}, {"Height", height}};
+    for (const auto& v : values)
+        SeedWindowSetting(windowId, v.name, kRegBinary, sizeof v.value, &v.value);
+}
+
+static void SeedPlaces() {
+    const FirstPlaces* p = kFirstPlaces;
+    while (GetSystemMetrics(SM_CXSCREEN) < p->minScreenWidth)
+        ++p;
+    SeedPlace(kConsoleWindowId, p->x, p->consoleY, p->width, p->consoleHeight);
+    SeedPlace(kCdPlayerWindowId, p->x, p->playerY, p->width, p->playerHeight);
+}
+
 static int SeedConsole() {
     const uint32_t on = 1, off = 0;
     SeedWindowSetting(kConsoleWindowId, "Use3dLook", kRegDword, 4, &on);
     SeedWindowSetting(kConsoleWindowId, "TaskBarIcon", kRegDword, 4, &on);
     SeedWindowSetting(kConsoleWindowId, "PreventSS", kRegDword, 4, &off);
     SeedColors();
+    SeedPlaces();
     return RegKeyExists(kUserRoot, kSettingsRoot);
 }
 

@@ -91,7 +91,7 @@ static void LayOutStrip(ConsoleLayout* layout, int lamps) {
     for (int i = 0; i < lamps; ++i) {
         const int left = inner.left + inner.width - (lamps - i) * lampWidth;
         const int used = std::min(dot + kDotGap, lampWidth);
-        if (used > dot)
+        if (lampWidth >= dot + kDotGap)
             layout->lampDots[i] = {left, inner.top + (inner.height - dot) / 2, dot, dot};
         layout->lamps[i] = {left + used, inner.top, lampWidth - used, inner.height};
     }
