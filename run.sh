@@ -15,7 +15,7 @@ root=$PWD
 host=tools/host.sh
 image='' seconds='' screenshot=''
 host_display='' host_sound=''
-program_pid='' caption='^Tonvista$'
+program_pid=''
 
 say() { echo "run: $*"; }
 die() { echo "run: $*" >&2; exit 1; }
@@ -53,7 +53,7 @@ finish() {
   trap - EXIT INT TERM
   if [ -n "$program_pid" ] && program_runs; then
     say "closing"
-    in_host xdotool search --name "$caption" windowquit >/dev/null 2>&1 || true
+    in_host wine taskkill /IM tonvista.exe >/dev/null 2>&1 || true
     wait_for 10 program_ended || say "it did not close by itself"
   fi
   "$host" end run || true
@@ -105,6 +105,13 @@ install_once() {
   start_program /nodefcd /nodefmed /install
   wait_for 60 answer_boxes || die "the installation did not end"
   in_host wine reg query 'HKCU\Software\Tonvista' >/dev/null || die "the installation failed"
+  place_window UIWindow1 60 60  # where nobody has moved them yet, they would cover each other
+  place_window UIWindow2 60 270
+}
+
+place_window() { # SECTION X Y
+  reg_add "HKCU\\Software\\Tonvista\\$1" X REG_DWORD "$2"
+  reg_add "HKCU\\Software\\Tonvista\\$1" Y REG_DWORD "$3"
 }
 
 set_up_player() {
