@@ -236,12 +236,11 @@ static LRESULT TracksProcedure(HWND list, UINT message, WPARAM wParam, LPARAM lP
         break;
     case WM_LBUTTONDOWN: NoteMouseDown(editor, wParam, lParam); break;
     case WM_CHAR:
-        if (wParam > ' ' && FocusedRow(editor) >= 0) {
-            OpenCellAt(editor, FocusedRow(editor), kNumberColumn);
-            SendMessageA(editor->cellEdit, WM_CHAR, wParam, lParam); // replaces the selected text
-            return 0;
-        }
-        break;
+        if (wParam <= ' ' || FocusedRow(editor) < 0) break;
+        // The first character replaces the cell's text; more may be on their way to the list.
+        if (!editor->cellOpen) OpenCellAt(editor, FocusedRow(editor), kNumberColumn);
+        SendMessageA(editor->cellEdit, WM_CHAR, wParam, lParam);
+        return 0;
     }
     return CallWindowProcA(editor->tracksProcedure, list, message, wParam, lParam);
 }

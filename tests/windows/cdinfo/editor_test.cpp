@@ -1,0 +1,291 @@
+// The CD information editor as a user meets it: on a component's thread, driven from outside by
+// keys, clicks and button presses, closed by OK, by Cancel and by the component's end.
+#include "cdinfo/editor_win.h"
+#include "core/component_win.h"
+#include "resources/ids.h"
+#include "tests/windows/cdinfo/support.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+
+constexpr UINT kOpenEditor = WM_APP;
+constexpr UINT kMark = WM_APP + 1;
+constexpr DWORD kPatienceMs = 5000;
+
+static std::unique_ptr<CDInfoRecord> s_record;
+static volatile LONG s_result; // of the last editor; -1 while it is open
+static volatile LONG s_marks;
+static volatile LONG s_closed; // the component's thread has ended in order
+
+static LRESULT OwnerProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    switch (message) {
+    case kOpenEditor: s_result = EditCdInformation(window, s_record.get()); return 0;
+    case kMark: InterlockedIncrement(&s_marks); return 0;
+    case WM_CLOSE: DestroyWindow(window); return 0;
+    case WM_DESTROY: PostQuitMessage(0); return 0;
+    }
+    return DefWindowProcA(window, message, wParam, lParam);
+}
+
+static int OpenOwner(ComponentThread* component) {
+    component->Window = CreateHiddenWindow(component->Instance, "TonvistaEditorTestOwner", "Owner",
+                                           GuardedProc<OwnerProcedure>);
+    return component->Window != nullptr;
+}
+
+static bool Wait(const std::function<bool()>& condition) {
+    for (const DWORD start = GetTickCount(); !condition(); Sleep(5))
+        if (GetTickCount() - start > kPatienceMs) return false;
+    return true;
+}
+
+class Editor : public testing::Test {
+protected:
+    ComponentThread owner = {};
+    HWND dialog = nullptr;
+    CDInfoRecord before;
+
+    void SetUp() override {
+        owner.title = "EditorTest";
+        owner.Open = OpenOwner;
+        owner.Close = [](ComponentThread*) { s_closed = 1; };
+        s_closed = 0;
+        s_record = MakeRecord(0x1234, "Disc", 3);
+        DefaultProgram(s_record.get());
+        ASSERT_TRUE(StartComponentThread(&owner, GetModuleHandleA(nullptr), nullptr));
+    }
+    void TearDown() override { StopComponentThread(&owner); }
+
+    void Open() {
+        before = *s_record;
+        s_result = -1;
+        PostMessageA(owner.Window, kOpenEditor, 0, 0);
+        ASSERT_TRUE(Wait([&] { return (dialog = Popup()) && IsWindowVisible(dialog); }));
+    }
+    HWND Popup() const {
+        const HWND popup = GetLastActivePopup(owner.Window);
+        return popup == owner.Window ? nullptr : popup;
+    }
+    HWND Control(int id) const { return GetDlgItem(dialog, id); }
+    // Messages posted to the thread so far are done when it comes to this one.
+    void Settle() const {
+        const LONG mark = s_marks;
+        PostMessageA(owner.Window, kMark, 0, 0);
+        EXPECT_TRUE(Wait([&] { return s_marks != mark; }));
+    }
+    HWND Focus() const {
+        GUITHREADINFO info = {};
+        info.cbSize = sizeof info;
+        GetGUIThreadInfo(owner.threadId, &info);
+        return info.hwndFocus;
+    }
+    void Key(WORD key) const {
+        PostMessageA(Focus(), WM_KEYDOWN, key, 1);
+        Settle();
+    }
+    void Type(const std::string& text) const {
+        for (char c : text)
+            PostMessageA(Focus(), WM_CHAR, static_cast<uint8_t>(c), 1);
+        Settle();
+    }
+    void FocusOn(int id) const {
+        SendMessageA(dialog, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(Control(id)), TRUE);
+    }
+    void ClickCell(int row, int column) const {
+        RECT place = {LVIR_LABEL, column, 0, 0};
+        const HWND list = Control(IDC_EDITOR_TRACKS);
+        SendMessageA(list, LVM_GETSUBITEMRECT, row, reinterpret_cast<LPARAM>(&place));
+        const LPARAM at = MAKELPARAM(place.left + 4, place.top + 4);
+        PostMessageA(list, WM_LBUTTONDOWN, MK_LBUTTON, at);
+        PostMessageA(list, WM_LBUTTONUP, 0, at);
+        Settle();
+    }
+    void Press(int id) const { SendMessageA(Control(id), BM_CLICK, 0, 0); }
+    void Choose(int listId, int row) const {
+        for (int at : {-1, row}) {
+            LVITEMA item = {};
+            item.stateMask = LVIS_SELECTED | LVIS_FOCUSED;
+            item.state = at < 0 ? 0 : item.stateMask;
+            SendMessageA(Control(listId), LVM_SETITEMSTATE, at, reinterpret_cast<LPARAM>(&item));
+        }
+    }
+    void Put(int id, const char* text) const {
+        SendMessageA(Control(id), EM_SETSEL, 0, -1);
+        SendMessageA(Control(id), EM_REPLACESEL, 0, reinterpret_cast<LPARAM>(text));
+    }
+    std::string Text(HWND window) const {
+        char text[300] = "";
+        SendMessageA(window, WM_GETTEXT, sizeof text, reinterpret_cast<LPARAM>(text));
+        return text;
+    }
+    std::string Cell(int listId, int row, int column) const {
+        char text[300] = "";
+        LVITEMA item = {};
+        item.iSubItem = column;
+        item.pszText = text;
+        item.cchTextMax = sizeof text;
+        SendMessageA(Control(listId), LVM_GETITEMTEXTA, row, reinterpret_cast<LPARAM>(&item));
+        return text;
+    }
+    int Enabled(int id) const { return IsWindowEnabled(Control(id)); }
+    LONG Result() const {
+        EXPECT_TRUE(Wait([] { return s_result != -1; }));
+        return s_result;
+    }
+    LONG End(int button) const {
+        PostMessageA(dialog, WM_COMMAND, button, 0);
+        return Result();
+    }
+    int Untouched() const { return !memcmp(s_record.get(), &before, sizeof before); }
+};
+
+TEST_F(Editor, CellsAreEditedByKeyboard) {
+    strcpy(s_record->trackArtists[1], "Ben");
+    Open();
+    FocusOn(IDC_EDITOR_TRACKS);
+    Key(VK_F2);
+    Type(std::string(70, 'a'));
+    Key(VK_RETURN);
+    Type("Second");
+    Key(VK_TAB);
+    Type("remark");
+    Key(VK_TAB); // on to the artist of track 3
+    Type("Nobody");
+    Key(VK_ESCAPE); // this cell alone is given up
+    ASSERT_EQ(s_result, -1) << "the dialog must not have ended";
+    EXPECT_EQ(Focus(), Control(IDC_EDITOR_TRACKS));
+    Type("Ann"); // typing opens the cell again
+    FocusOn(IDC_EDITOR_TITLE);
+    Type(" Night ");
+    EXPECT_EQ(Cell(IDC_EDITOR_TRACKS, 2, 1), "Ann") << "leaving a cell keeps it";
+    EXPECT_EQ(Cell(IDC_EDITOR_PROGRAM, 1, 1), "2  Second");
+    EXPECT_EQ(End(IDOK), 1);
+    EXPECT_EQ(s_record->trackTitles[0], std::string(63, 'a'));
+    EXPECT_STREQ(s_record->trackTitles[1], "Second");
+    EXPECT_STREQ(s_record->trackComments[1], "remark");
+    EXPECT_STREQ(s_record->title, "Night");
+    EXPECT_STREQ(s_record->discArtist, "Various");
+    EXPECT_EQ(s_record->revision, before.revision + 1);
+    EXPECT_TRUE(IsWindowEnabled(owner.Window));
+}
+
+TEST_F(Editor, OneArtistGoesToAllTracks) {
+    strcpy(s_record->trackArtists[1], "Ben");
+    Open();
+    ASSERT_FALSE(IsDlgButtonChecked(dialog, IDC_EDITOR_SAME_ARTIST));
+    Press(IDC_EDITOR_SAME_ARTIST);
+    EXPECT_EQ(Cell(IDC_EDITOR_TRACKS, 1, 1), "Artist");
+    Press(IDC_EDITOR_SAME_ARTIST); // thought better of it
+    EXPECT_EQ(Cell(IDC_EDITOR_TRACKS, 1, 1), "Ben");
+    Press(IDC_EDITOR_SAME_ARTIST);
+    ClickCell(2, 1);
+    EXPECT_EQ(Focus(), Control(IDC_EDITOR_TRACKS)) << "the first click only selects";
+    ClickCell(2, 1);
+    Type("Ann");
+    EXPECT_EQ(End(IDOK), 1);
+    for (int i = 0; i < 3; ++i)
+        EXPECT_STREQ(s_record->trackArtists[i], "Ann");
+    EXPECT_STREQ(s_record->discArtist, "Ann");
+}
+
+TEST_F(Editor, TheProgramIsBuilt) {
+    Open();
+    Press(IDC_EDITOR_CLEAR);
+    EXPECT_FALSE(Enabled(IDC_EDITOR_CLEAR) || Enabled(IDC_EDITOR_REMOVE));
+    Choose(IDC_EDITOR_TRACKS, 2); // offers the whole of track 3 as a stretch
+    EXPECT_EQ(Text(Control(IDC_EDITOR_TO_MINUTE)) + Text(Control(IDC_EDITOR_TO_SECOND)), "320");
+    Put(IDC_EDITOR_TO_SECOND, "21");
+    EXPECT_FALSE(Enabled(IDC_EDITOR_ADD_STRETCH)) << "behind the track's end";
+    EXPECT_EQ(Text(Control(IDC_EDITOR_STRETCH_NOTE)), "This track ends at 03:20.");
+    Put(IDC_EDITOR_TO_MINUTE, "0");
+    Put(IDC_EDITOR_FROM_SECOND, "21");
+    EXPECT_FALSE(Enabled(IDC_EDITOR_ADD_STRETCH)) << "no length";
+    Put(IDC_EDITOR_FROM_SECOND, "5");
+    Press(IDC_EDITOR_ADD_STRETCH);
+    Choose(IDC_EDITOR_TRACKS, 0);
+    Press(IDC_EDITOR_ADD_TRACKS);
+    Choose(IDC_EDITOR_TRACKS, 1);
+    Press(IDC_EDITOR_ADD_TRACKS);
+    EXPECT_EQ(Text(Control(IDC_EDITOR_PROGRAM_SUM)), "3 of at most 100 entries, total 06:56");
+    EXPECT_EQ(Cell(IDC_EDITOR_PROGRAM, 0, 2), "00:05 - 00:21");
+    EXPECT_EQ(Cell(IDC_EDITOR_PROGRAM, 0, 3), "00:16");
+    Press(IDC_EDITOR_UP);
+    Press(IDC_EDITOR_UP);
+    EXPECT_FALSE(Enabled(IDC_EDITOR_UP));
+    Choose(IDC_EDITOR_PROGRAM, 2);
+    FocusOn(IDC_EDITOR_PROGRAM);
+    Key(VK_DELETE);
+    EXPECT_EQ(End(IDOK), 1);
+    ASSERT_EQ(s_record->programCount, 2);
+    EXPECT_EQ(s_record->program[0].start, MakeTmsf(2, 0, 0, 1));
+    EXPECT_EQ(s_record->program[0].stop, MakeTmsf(2, 3, 20, 0));
+    EXPECT_EQ(s_record->program[1].start, MakeTmsf(3, 0, 5, 0));
+    EXPECT_EQ(s_record->program[1].stop, MakeTmsf(3, 0, 21, 0));
+}
+
+TEST_F(Editor, CancelAndNothingTypedLeaveTheRecord) {
+    for (int button : {IDCANCEL, IDOK}) {
+        Open();
+        if (button == IDCANCEL) Put(IDC_EDITOR_TITLE, "Other");
+        PostMessageA(owner.Window, kOpenEditor, 0, 0); // while it is open: no second one
+        Settle();
+        EXPECT_EQ(Popup(), dialog);
+        EXPECT_EQ(s_result, 0) << "the second call was refused at once";
+        s_result = -1;
+        EXPECT_EQ(End(button), 0);
+        EXPECT_TRUE(Untouched());
+    }
+}
+
+TEST_F(Editor, TheComponentsEndKeepsWhatWasTyped) {
+    Open();
+    FocusOn(IDC_EDITOR_TRACKS);
+    Key(VK_F2);
+    Type("Half typ");
+    const DWORD start = GetTickCount();
+    StopComponentThread(&owner);
+    EXPECT_LT(GetTickCount() - start, 1000u);
+    EXPECT_TRUE(s_closed) << "the thread was killed";
+    EXPECT_EQ(s_result, 1);
+    EXPECT_STREQ(s_record->trackTitles[0], "Half typ");
+    EXPECT_EQ(s_record->revision, before.revision + 1);
+}
+
+TEST_F(Editor, TheComponentsEndWithoutChangesChangesNothing) {
+    Open();
+    StopComponentThread(&owner);
+    EXPECT_TRUE(s_closed);
+    EXPECT_EQ(s_result, 0);
+    EXPECT_TRUE(Untouched());
+}
+
+TEST_F(Editor, ATooLargeRecordIsNotAccepted) {
+    s_record = MakeRecord(7, std::string(63, 't').c_str(), 100);
+    DefaultProgram(s_record.get());
+    for (int i = 0; i < 100; ++i) {
+        memset(s_record->trackTitles[i], 't', 63);
+        memset(s_record->trackArtists[i], static_cast<char>('!' + i), 63);
+        memset(s_record->trackComments[i], 'c', 254);
+    }
+    for (int end = 0; end < 2; ++end) {
+        Open();
+        Put(IDC_EDITOR_COMMENT, std::string(254, 'x').c_str());
+        PostMessageA(dialog, WM_COMMAND, IDOK, 0);
+        ASSERT_TRUE(Wait([&] { return Popup() != dialog; }));
+        if (end == 0) { // it says so, stays open, and takes less
+            PostMessageA(Popup(), WM_COMMAND, IDOK, 0);
+            ASSERT_TRUE(Wait([&] { return Popup() == dialog && IsWindowEnabled(dialog); }));
+            EXPECT_EQ(s_result, -1);
+            Put(IDC_EDITOR_COMMENT, "short");
+            EXPECT_EQ(End(IDOK), 1);
+            EXPECT_STREQ(s_record->comment, "short");
+        } else { // ended while it says so
+            StopComponentThread(&owner);
+            EXPECT_TRUE(s_closed);
+            EXPECT_EQ(s_result, 1);
+            EXPECT_EQ(s_record->comment, std::string(254, 'x'));
+            EXPECT_STREQ(s_record->trackComments[99], "");
+        }
+    }
+}
