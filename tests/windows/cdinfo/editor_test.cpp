@@ -155,6 +155,7 @@ TEST_F(Editor, CellsAreEditedByKeyboard) {
     Key(VK_ESCAPE); // this cell alone is given up
     ASSERT_EQ(s_result, -1) << "the dialog must not have ended";
     EXPECT_EQ(Focus(), Control(IDC_EDITOR_TRACKS));
+    EXPECT_EQ(Cell(IDC_EDITOR_TRACKS, 2, 1), "Artist");
     Type("Ann"); // typing opens the cell again
     FocusOn(IDC_EDITOR_TITLE);
     Type(" Night ");
@@ -238,18 +239,28 @@ TEST_F(Editor, CancelAndNothingTypedLeaveTheRecord) {
     }
 }
 
+// By WM_CLOSE to its window, and by WM_QUIT alone, as after a fault elsewhere in it.
 TEST_F(Editor, TheComponentsEndKeepsWhatWasTyped) {
-    Open();
-    FocusOn(IDC_EDITOR_TRACKS);
-    Key(VK_F2);
-    Type("Half typ");
-    const DWORD start = GetTickCount();
-    StopComponentThread(&owner);
-    EXPECT_LT(GetTickCount() - start, 1000u);
-    EXPECT_TRUE(s_closed) << "the thread was killed";
-    EXPECT_EQ(s_result, 1);
-    EXPECT_STREQ(s_record->trackTitles[0], "Half typ");
-    EXPECT_EQ(s_record->revision, before.revision + 1);
+    for (const UINT end : {WM_CLOSE, WM_QUIT}) {
+        if (end == WM_QUIT) SetUp();
+        Open();
+        Put(IDC_EDITOR_TITLE, "New");
+        FocusOn(IDC_EDITOR_TRACKS);
+        Key(VK_F2);
+        Type("Half typ");
+        const DWORD start = GetTickCount();
+        if (end == WM_QUIT) {
+            PostThreadMessageA(owner.threadId, WM_QUIT, 0, 0);
+            EXPECT_TRUE(Wait([&] { return ComponentThreadEnded(&owner); }));
+        }
+        StopComponentThread(&owner);
+        EXPECT_LT(GetTickCount() - start, 1000u);
+        EXPECT_TRUE(s_closed) << "the thread was killed";
+        EXPECT_EQ(s_result, 1);
+        EXPECT_STREQ(s_record->title, "New");
+        EXPECT_STREQ(s_record->trackTitles[0], "Half typ");
+        EXPECT_EQ(s_record->revision, before.revision + 1);
+    }
 }
 
 TEST_F(Editor, TheComponentsEndWithoutChangesChangesNothing) {
