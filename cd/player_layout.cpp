@@ -47,7 +47,7 @@ static void PlaceTrackRow(PlayerLayout* layout, Box area, int first, int count, 
 // than wide.
 static bool TracksInTwoRows(int width, int rowHeight) {
     const int button = width / (kPlayerTrackButtons + 2);
-    return button < 18 || 2 * rowHeight > 3 * button;
+    return button < 23 || 2 * rowHeight > 3 * button;
 }
 
 static void PlaceTracks(PlayerLayout* layout, Box area, bool twoRows) {
@@ -91,23 +91,29 @@ static void PlaceTimes(PlayerLayout* layout, Box area) {
     PlaceRow(layout, area, {{kPlayerTrackTime, 52}, {kPlayerDiscTime, 20}, {kPlayerDriveTime, 28}});
 }
 
-// Title, artist and track in lines of their own where they fit, else artist beside track. The times
-// stand largest, at the bottom.
+// Title, artist and track in lines of their own where they fit, else artist beside track or all
+// three side by side. The times stand largest, at the bottom.
 static void PlaceTexts(PlayerLayout* layout, Box area) {
     static constexpr int kFourLines[] = {10, 10, 10, 11}, kThreeLines[] = {9, 9, 12};
-    constexpr int kLineHeight = 16; // pixels that a line needs
+    constexpr int kFourLinesFrom = 64, kThreeLinesFrom = 40; // pixels
     Box lines[4];
-    if (area.height >= 4 * kLineHeight) {
+    if (area.height >= kFourLinesFrom) {
         SplitColumnBy(area, kFourLines, 4, 1, lines);
+        BoxOf(layout, kPlayerTitle) = lines[0];
         BoxOf(layout, kPlayerArtist) = lines[1];
         BoxOf(layout, kPlayerTrackTitle) = lines[2];
         PlaceTimes(layout, lines[3]);
-    } else {
+    } else if (area.height >= kThreeLinesFrom) {
         SplitColumnBy(area, kThreeLines, 3, 1, lines);
+        BoxOf(layout, kPlayerTitle) = lines[0];
         PlaceRow(layout, lines[1], {{kPlayerArtist, 9}, {kPlayerTrackTitle, 11}});
         PlaceTimes(layout, lines[2]);
+    } else {
+        SplitColumn(area, 2, 1, lines);
+        PlaceRow(layout, lines[0],
+                 {{kPlayerTitle, 10}, {kPlayerArtist, 7}, {kPlayerTrackTitle, 9}});
+        PlaceTimes(layout, lines[1]);
     }
-    BoxOf(layout, kPlayerTitle) = lines[0];
 }
 
 static void LayOutDisplay(PlayerLayout* layout, Box area) {
@@ -144,16 +150,14 @@ static void LayOutStacked(PlayerLayout* layout, Box area) {
     const bool low = area.height < 120;
     const int gap = low ? 2 : kPlayerRowGap, groupGap = low ? 2 : kPlayerGroupGap;
     const bool twoRows = TracksInTwoRows(area.width, (area.height - 2 * groupGap) / 6);
-    Box groups[3], parts[2], lines[2], rows[2], lower[2];
+    Box groups[3], parts[2], rows[2], lower[2];
     SplitColumnBy(area, twoRows ? kTwoRows : kOneRow, 3, groupGap, groups);
 
     layout->groups[kGroupDisplay] = groups[0];
     static constexpr int kDisplay[] = {20, 9};
     SplitColumnBy(groups[0], kDisplay, 2, gap, parts);
     layout->panel = parts[0];
-    SplitColumn(PlacePie(layout, parts[0]), 2, 1, lines);
-    PlaceRow(layout, lines[0], {{kPlayerTitle, 10}, {kPlayerArtist, 7}, {kPlayerTrackTitle, 9}});
-    PlaceTimes(layout, lines[1]);
+    PlaceTexts(layout, PlacePie(layout, parts[0]));
     PlaceSlider(layout, parts[1]);
 
     layout->groups[kGroupButtons] = groups[1];

@@ -1,0 +1,219 @@
+// The CD player window as a user sees it: texts, buttons, pages, modes, slider, segment repeater
+// and menu commands, with tone discs in the drive.
+#include "tests/program/harness.h"
+#include "tests/support/tone_disc.h"
+
+#include <vector>
+
+constexpr const char* kPlayer = "CDPlayerUI";
+
+namespace {
+class PlayerTest : public ProgramTest {
+protected:
+    void SetUp() override {
+        ProgramTest::SetUp();
+        static const std::string s_long = MakeLongDisc();
+        PutImage(s_long);
+        SwitchOn("CDEngineOn");
+        SwitchOn(kPlayer);
+    }
+    // 30 tracks: the first of 20 s, the others of 3 s.
+    static std::string MakeLongDisc() {
+        std::vector<ToneTrack> tracks(30, {660, 225});
+        tracks[0] = {440, 1500};
+        return MakeToneDisc(kProgramFolder, "thirty", tracks).cue;
+    }
+    void StartPlayer() {
+        Start();
+        ASSERT_TRUE(WaitUntil([] { return Text(741) == "D: 01:47"; })) << Text(741);
+        player = FindComponent(kPlayer);
+    }
+    static std::string Text(int id) { return ChildText(FindComponent(kPlayer), id); }
+    static bool Enabled(int id) { return IsWindowEnabled(Child(FindComponent(kPlayer), id)) != 0; }
+    static bool TextBegins(int id, const char* begin) {
+        return WaitUntil([=] { return Text(id).find(begin) == 0; });
+    }
+    // Elapsed seconds and track as display 703 shows them; -1 while it is empty.
+    static int Shown(int* track = nullptr) {
+        int number = 0, minutes = 0, seconds = 0;
+        if (sscanf(Text(703).c_str(), "[%d] %d:%d", &number, &minutes, &seconds) != 3) return -1;
+        if (track) *track = number;
+        return minutes * 60 + seconds;
+    }
+    static bool ShowsTrack(int wanted) {
+        return WaitUntil([=] {
+            int track = 0;
+            return Shown(&track) >= 0 && track == wanted;
+        });
+    }
+    // A lit label is blue by default, an unlit one black on grey.
+    static bool IsLit(int id) {
+        const RECT button = PlaceOf(Child(FindComponent(kPlayer), id));
+        const HDC dc = GetDC(nullptr);
+        int blue = 0;
+        for (int y = button.top + 3; y < button.bottom - 3; ++y)
+            for (int x = button.left + 3; x < button.right - 3; ++x) {
+                const COLORREF color = GetPixel(dc, x, y);
+                blue += GetBValue(color) > GetRValue(color) + 40;
+            }
+        ReleaseDC(nullptr, dc);
+        return blue > 3;
+    }
+    static bool TurnsLit(int id, bool on) {
+        return WaitUntil([=] { return IsLit(id) == on; });
+    }
+    static uint32_t EngineSetting(const char* name) {
+        return ReadRegDword(kUserRoot, "Software\\Tonvista\\CDEngine", name);
+    }
+    void Mouse(int id, UINT message, int x, int y, WPARAM buttons = 0) {
+        PostMessageA(Child(player, id), message, buttons, MAKELPARAM(x, y));
+    }
+    HWND player = nullptr;
+};
+} // namespace
+
+TEST_F(PlayerTest, PagesThroughThirtyTracksAndFollowsAnotherDisc) {
+    StartPlayer();
+    EXPECT_EQ(Text(700), "Unknown CD Title");
+    EXPECT_EQ(Text(702) + Text(703) + Text(740), "") << "nothing plays";
+    EXPECT_TRUE(Enabled(729) && Enabled(735));
+    EXPECT_FALSE(Enabled(736));
+    Command(player, 735);
+    Command(player, 735);
+    ASSERT_TRUE(WaitUntil([] { return Text(710) == "11"; }));
+    EXPECT_EQ(Text(729), "30");
+    EXPECT_FALSE(Enabled(735)) << "track 30 is in sight";
+    EXPECT_TRUE(Enabled(736));
+    Command(player, 735);
+    EXPECT_TRUE(WaitUntil([] { return Text(710) == "1"; })) << "a page past the end is not kept";
+
+    Command(player, 735);
+    ASSERT_TRUE(WaitUntil([] { return Text(710) == "6"; }));
+    PutImage(MakeToneDisc(kProgramFolder, "twelve", {12, {330, 150}}).cue);
+    ASSERT_TRUE(WaitUntil([] { return Text(741) == "D: 00:24"; }, 15000)) << Text(741);
+    EXPECT_EQ(Text(710), "1");
+    EXPECT_TRUE(Enabled(721));
+    EXPECT_FALSE(Enabled(722) || Enabled(729) || Enabled(735) || Enabled(736));
+    EXPECT_EQ(Text(721), "12");
+}
+
+TEST_F(PlayerTest, TransportByButtonsKeysAndMenuCommands) {
+    StartPlayer();
+    EXPECT_FALSE(IsLit(704));
+    Command(player, 704);
+    ASSERT_TRUE(ShowsTrack(1));
+    EXPECT_EQ(Text(703).substr(9), " / 00:20");
+    EXPECT_EQ(Text(702), "Track 1");
+    EXPECT_TRUE(TurnsLit(704, true) && TurnsLit(710, true));
+    Command(player, 706);
+    EXPECT_TRUE(ShowsTrack(2));
+    PostMessageA(player, WM_KEYDOWN, VK_NEXT, 1);
+    EXPECT_TRUE(ShowsTrack(3));
+    PostMessageA(player, WM_KEYDOWN, VK_PRIOR, 1);
+    EXPECT_TRUE(ShowsTrack(2));
+    Command(player, 600 + 30);
+    EXPECT_TRUE(ShowsTrack(30)) << "track entry of the menu";
+    EXPECT_TRUE(TextBegins(702, "Track 30"));
+    Command(player, 735);
+    ASSERT_TRUE(WaitUntil([] { return Text(710) == "6"; }));
+    Command(player, 710);
+    EXPECT_TRUE(ShowsTrack(6)) << "the page counts";
+    PostMessageA(player, WM_KEYDOWN, VK_PAUSE, 1);
+    EXPECT_TRUE(TurnsLit(707, true));
+    Command(player, 708);
+    EXPECT_TRUE(WaitUntil([] { return Text(703) + Text(740) + Text(702) == ""; }));
+    EXPECT_TRUE(TurnsLit(704, false) && TurnsLit(707, false));
+    Command(player, 761);
+    EXPECT_TRUE(TextBegins(700, "Drive Door is Open")) << "the image was taken out";
+    EXPECT_TRUE(TextBegins(741, "D:"));
+    EXPECT_FALSE(Enabled(710));
+}
+
+TEST_F(PlayerTest, ModesAreToggledShownAndKept) {
+    StartPlayer();
+    const struct {
+        int id;
+        const char* value; // null: never stored
+    } rows[] = {
+        {730, "Repeat"}, {731, "Random"}, {732, "Intro"}, {733, "Programmed"}, {744, nullptr}};
+    for (const uint32_t on : {1u, 0u})
+        for (const auto& row : rows) {
+            Command(player, row.id);
+            EXPECT_TRUE(TurnsLit(row.id, on != 0)) << row.id;
+            if (!row.value) continue;
+            EXPECT_TRUE(WaitUntil([&] { return (EngineSetting(row.value) != 0) == (on != 0); }))
+                << row.value;
+        }
+}
+
+TEST_F(PlayerTest, SliderShowsTheThumbsTimeAndSeeks) {
+    StartPlayer();
+    Command(player, 704);
+    ASSERT_TRUE(ShowsTrack(1));
+    Command(player, 707); // a thumb that stands still is easier to catch
+    ASSERT_TRUE(TurnsLit(707, true));
+    const int elapsed = Shown();
+    RECT client;
+    GetClientRect(Child(player, 737), &client);
+    const int y = client.bottom / 2, start = 4 + elapsed * (client.right - 12) / 20;
+    Mouse(737, WM_LBUTTONDOWN, start, y, MK_LBUTTON);
+    Mouse(737, WM_MOUSEMOVE, client.right * 6 / 10, y, MK_LBUTTON);
+    ASSERT_TRUE(WaitUntil([] { return Shown() >= 11 && Shown() <= 13; })) << Text(703);
+    const int wanted = Shown();
+    Sleep(1200); // two ticks of the window's timer
+    EXPECT_EQ(Shown(), wanted) << "a tick must not take the display from the thumb";
+    Mouse(737, WM_LBUTTONUP, client.right * 6 / 10, y);
+    ASSERT_TRUE(TurnsLit(707, false)) << "a seek plays on";
+    EXPECT_TRUE(WaitUntil([=] { return Shown() > wanted; })) << Text(703);
+    EXPECT_LE(Shown(), wanted + 4);
+}
+
+TEST_F(PlayerTest, SegmentRepeaterLoopsAStretchAndKeepsItAsProgram) {
+    StartPlayer();
+    Command(player, 710);
+    ASSERT_TRUE(WaitUntil([] { return Shown() >= 2; }));
+    Mouse(742, WM_LBUTTONDOWN, 4, 4, MK_LBUTTON);
+    const int from = Shown();
+    ASSERT_TRUE(WaitUntil([=] { return Shown() >= from + 3; }));
+    Mouse(742, WM_LBUTTONUP, 4, 4);
+    ASSERT_TRUE(TurnsLit(733, true) && TurnsLit(730, true));
+    int length = 0;
+    ASSERT_TRUE(WaitUntil([&] {
+        return sscanf(Text(741).c_str(), "D: 00:%d", &length) == 1 && length < 20;
+    })) << Text(741);
+    EXPECT_GE(length, 2);
+    EXPECT_LE(length, 6);
+    // It loops: the display comes to the stretch's end and back to its start, twice.
+    for (int round = 0; round < 2; ++round) {
+        EXPECT_TRUE(WaitUntil([=] { return Shown() >= from + length - 1; })) << Text(703);
+        EXPECT_TRUE(WaitUntil([=] { return Shown() >= 0 && Shown() <= from + 1; })) << Text(703);
+    }
+    const std::string total = Text(741);
+    EXPECT_EQ(Close(), 0);
+    Start();
+    EXPECT_TRUE(TextBegins(741, total.c_str())) << "the disc's stored program: " << Text(741);
+    EXPECT_TRUE(TurnsLit(733, true));
+}
+
+TEST_F(PlayerTest, ComesAndGoesWithItsEngineAndComesBackAfterARestart) {
+    StartPlayer();
+    SetWindowPos(player, nullptr, 140, 150, 640, 150, SWP_NOZORDER);
+    Command(FindConsole(), kConsoleCdEngine);
+    EXPECT_TRUE(WaitUntil([] { return !FindComponent(kPlayer) && !FindCdEngine(); }));
+    Command(FindConsole(), kConsoleCdPlayer);
+    ASSERT_TRUE(WaitUntil([] { return FindComponent(kPlayer) && FindCdEngine(); }));
+    EXPECT_TRUE(TextBegins(741, "D: 01:47"));
+    Command(FindComponent(kPlayer), 739);
+    EXPECT_TRUE(WaitUntil([] { return !FindComponent(kPlayer); })) << "Power";
+    EXPECT_TRUE(FindCdEngine());
+    EXPECT_TRUE(WaitUntil([] { return ReadWindowDword(1, kPlayer, 9) == 0; }));
+    Command(FindConsole(), kConsoleCdPlayer);
+    ASSERT_TRUE(WaitUntil([] { return FindComponent(kPlayer) != nullptr; }));
+    EXPECT_EQ(Close(), 0);
+    Start();
+    ASSERT_TRUE(WaitUntil([] { return FindComponent(kPlayer) != nullptr; }));
+    const RECT place = PlaceOf(FindComponent(kPlayer));
+    EXPECT_EQ(place.left, 140);
+    EXPECT_EQ(place.right, 780);
+    EXPECT_TRUE(TextBegins(741, "D: 01:47"));
+}
