@@ -1,6 +1,6 @@
 // The few things that the database does to files, in one table, so that a test can stop or fail
 // any of them. Paths are full paths of 16-bit characters; every call opens what it needs and
-// leaves nothing open, except a hold.
+// leaves nothing open, except a held file.
 #pragma once
 #include <cstdint>
 #include <span>
@@ -31,13 +31,14 @@ struct FileLayer {
     // Never over an existing file (kFileFailed).
     FileResult (*move)(const wchar_t* from, const wchar_t* to);
     FileResult (*remove)(const wchar_t* path);
-    // Keeps others from writing to the file until it is released; replace and move still work.
-    FileResult (*hold)(const wchar_t* path, void** held);
-    void (*release)(void* held);
     // The one lock of a path among all processes of the machine; kFileBusy when it can't be had
-    // at once, or when this thread has it already.
+    // at once, or when this thread has it already. It ends with its owner, thread or process.
     FileResult (*lock)(const wchar_t* path, void** lock);
     void (*unlock)(void* lock);
+    // Keeps others from writing to the file until it is let go, at the latest with the lock;
+    // replace and move still work.
+    FileResult (*hold)(void* lock, const wchar_t* path);
+    void (*letGo)(void* lock);
 };
 
 const FileLayer& SystemFiles();

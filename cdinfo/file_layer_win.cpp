@@ -2,7 +2,8 @@
 //
 // Locks are named mutexes, since those are released when their owner ends, however it ends. A
 // mutex lets its own thread in twice, which would let a change within a change through; so the
-// threads that hold one are kept in a small list.
+// threads that hold one are kept in a small list. From it also comes what a thread left open that
+// was ended in the middle of a change.
 #include "core/platform.h"
 #include "cdinfo/file_layer.h"
 
@@ -13,6 +14,7 @@ constexpr DWORD kMaxChunk = 1u << 20; // bytes a call
 
 struct PathLock {
     HANDLE mutex;
+    HANDLE held; // the file, open so that nobody else can write to it; or null
     uint64_t name;
     DWORD thread;
 };
@@ -134,17 +136,6 @@ static FileResult RemovePath(const wchar_t* path) {
     return DeleteFileW(path) ? kFileOk : LastResult();
 }
 
-static FileResult HoldPath(const wchar_t* path, void** held) {
-    const HANDLE file = CreateFileW(path, GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_DELETE,
-                                    nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
-    *held = file == INVALID_HANDLE_VALUE ? nullptr : file;
-    return *held ? kFileOk : LastResult();
-}
-
-static void ReleaseHold(void* held) {
-    if (held) CloseHandle(held);
-}
-
 // ---- the lock of a path
 
 // FNV-1a over the lower-case path. Two paths with one hash merely wait for each other.
@@ -160,18 +151,23 @@ static uint64_t HashPath(const wchar_t* path) {
 
 // 1 when noted. A note of another thread is stale once we own the mutex: that thread was ended
 // while it held it.
+static void ClearLocked(PathLock* lock) {
+    if (lock->held) CloseHandle(lock->held);
+    CloseHandle(lock->mutex);
+    *lock = {};
+}
+
 static int NoteLockLocked(uint64_t name, HANDLE mutex, PathLock** noted) {
     PathLock* free = nullptr;
     for (PathLock& lock : s_files.locks) {
         if (lock.mutex && lock.name == name) {
             if (lock.thread == GetCurrentThreadId()) return 0;
-            CloseHandle(lock.mutex);
-            lock.mutex = nullptr;
+            ClearLocked(&lock);
         }
         if (!lock.mutex && !free) free = &lock;
     }
     if (!free) return 0;
-    *free = {mutex, name, GetCurrentThreadId()};
+    *free = {mutex, nullptr, name, GetCurrentThreadId()};
     *noted = free;
     return 1;
 }
@@ -207,16 +203,28 @@ static void UnlockPath(void* lock) {
     if (!lock) return;
     AcquireSRWLockExclusive(&s_files.guard);
     PathLock* noted = static_cast<PathLock*>(lock);
-    const HANDLE mutex = noted->mutex;
-    noted->mutex = nullptr;
+    ReleaseMutex(noted->mutex);
+    ClearLocked(noted);
     ReleaseSRWLockExclusive(&s_files.guard);
-    ReleaseMutex(mutex);
-    CloseHandle(mutex);
+}
+
+static FileResult HoldPath(void* lock, const wchar_t* path) {
+    const HANDLE file = CreateFileW(path, GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_DELETE,
+                                    nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+    if (file == INVALID_HANDLE_VALUE) return LastResult();
+    static_cast<PathLock*>(lock)->held = file;
+    return kFileOk;
+}
+
+static void LetGoPath(void* lock) {
+    PathLock* noted = static_cast<PathLock*>(lock);
+    if (noted->held) CloseHandle(noted->held);
+    noted->held = nullptr;
 }
 
 const FileLayer& SystemFiles() {
     static const FileLayer layer = {ReadWhole,   WriteWhole, FlushPath,  SizeOf,
-                                    ReplacePath, MovePath,   RemovePath, HoldPath,
-                                    ReleaseHold, LockPath,   UnlockPath};
+                                    ReplacePath, MovePath,   RemovePath, LockPath,
+                                    UnlockPath,  HoldPath,   LetGoPath};
     return layer;
 }

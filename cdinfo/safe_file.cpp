@@ -121,20 +121,14 @@ int BeginChange(SafeFile* file) {
     const FileLayer& files = *file->files;
     file->state = kLoadUnreadable;
     if (files.lock(file->path.c_str(), &file->lock) != kFileOk) return 0;
-    const FileResult held = files.hold(file->path.c_str(), &file->held);
+    const FileResult held = files.hold(file->lock, file->path.c_str());
     if (held != kFileOk && held != kFileMissing) return 0;
     SettleLocked(file);
     if (file->state == kLoadDamaged) return file->keepsBad;
     return file->state != kLoadUnreadable;
 }
 
-static void LetGo(SafeFile* file) {
-    if (file->held) file->files->release(file->held);
-    file->held = nullptr;
-}
-
 void EndChange(SafeFile* file) {
-    LetGo(file);
     if (file->lock) file->files->unlock(file->lock);
     file->lock = nullptr;
 }
@@ -164,12 +158,11 @@ static int AfterFailedReplace(const SafeFile& file, std::span<const uint8_t> ima
     return 0;
 }
 
-static int ReplaceWithNew(SafeFile* change, std::span<const uint8_t> image) {
-    const SafeFile& file = *change;
+static int ReplaceWithNew(const SafeFile& file, std::span<const uint8_t> image) {
     const FileResult replaced = file.files->replace(
         file.path.c_str(), Beside(file, kNewSuffix).c_str(), Beside(file, kOldSuffix).c_str());
     if (replaced != kFileOk && !AfterFailedReplace(file, image)) return 0;
-    LetGo(change); // what it holds is now the old file
+    file.files->letGo(file.lock); // what it holds is now the old file
     const int same = Compare(file, L"", image);
     if (same == 0) { // the disk did not keep what it had shown us
         Remove(file, L"");
@@ -195,5 +188,5 @@ int PutInPlace(SafeFile* file, std::span<const uint8_t> image) {
         Remove(*file, kNewSuffix);
         return 0;
     }
-    return ReplaceWithNew(file, image);
+    return ReplaceWithNew(*file, image);
 }

@@ -32,7 +32,6 @@ struct SafeFile {
     std::vector<uint8_t> bytes; // when good
     CompoundView view;          // of them
     void* lock = nullptr;       // during a change
-    void* held = nullptr;
 };
 
 // Reads and checks the file. A broken replace is settled on the way.

@@ -1,0 +1,169 @@
+// Figures of the database: look-up and store of one disc among 10, 1,000 and 5,000, how much of
+// it is the program's own work and how much the files' and the platform's, and what is left of a
+// database when a change is cut off at any point.
+//
+// Prints "name value unit ratio"; the ratio is to the smallest database.
+#include "core/platform.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <memory>
+
+#include "cdinfo/compound_win.h"
+#include "tests/windows/cdinfo/crash.h"
+
+// ---- times
+
+static double Now() {
+    LARGE_INTEGER at, rate;
+    QueryPerformanceCounter(&at);
+    QueryPerformanceFrequency(&rate);
+    return 1000.0 * static_cast<double>(at.QuadPart) / static_cast<double>(rate.QuadPart);
+}
+
+// The system's file layer with a clock: what it takes is not the program's own time.
+static struct { double spent; } s_files;
+
+struct Timed {
+    double from = Now();
+    ~Timed() { s_files.spent += Now() - from; }
+};
+
+static FileLayer TimedFiles() {
+    FileLayer layer;
+    layer.read = [](const wchar_t* path, std::vector<uint8_t>* bytes) {
+        Timed timed;
+        return SystemFiles().read(path, bytes);
+    };
+    layer.write = [](const wchar_t* path, std::span<const uint8_t> bytes) {
+        Timed timed;
+        return SystemFiles().write(path, bytes);
+    };
+    layer.flush = [](const wchar_t* path) {
+        Timed timed;
+        return SystemFiles().flush(path);
+    };
+    layer.size = [](const wchar_t* path, uint64_t* bytes) {
+        Timed timed;
+        return SystemFiles().size(path, bytes);
+    };
+    layer.replace = [](const wchar_t* path, const wchar_t* fresh, const wchar_t* backup) {
+        Timed timed;
+        return SystemFiles().replace(path, fresh, backup);
+    };
+    layer.move = [](const wchar_t* from, const wchar_t* to) {
+        Timed timed;
+        return SystemFiles().move(from, to);
+    };
+    layer.remove = [](const wchar_t* path) {
+        Timed timed;
+        return SystemFiles().remove(path);
+    };
+    layer.lock = [](const wchar_t* path, void** lock) {
+        Timed timed;
+        return SystemFiles().lock(path, lock);
+    };
+    layer.unlock = SystemFiles().unlock;
+    layer.hold = [](void* lock, const wchar_t* path) {
+        Timed timed;
+        return SystemFiles().hold(lock, path);
+    };
+    layer.letGo = SystemFiles().letGo;
+    return layer;
+}
+
+struct Times {
+    double whole = 0, files = 0;
+};
+
+// The median of several runs.
+template <class Operation> static Times Measure(int runs, Operation operation) {
+    std::vector<Times> all;
+    for (int i = 0; i < runs; ++i) {
+        s_files.spent = 0;
+        const double from = Now();
+        operation(i);
+        all.push_back({Now() - from, s_files.spent});
+    }
+    std::sort(all.begin(), all.end(), [](auto& a, auto& b) { return a.whole < b.whole; });
+    return all[all.size() / 2];
+}
+
+static void Print(const char* name, uint32_t discs, double value, double smallest) {
+    std::printf("%-28s %6u  %8.2f ms  x%.1f\n", name, discs, value, value / smallest);
+    std::fflush(stdout);
+}
+
+static uint32_t DiscId(uint32_t n) {
+    return n * 0x01000193u + 1;
+}
+
+// The platform's part of a store: opening the image, index, entry, closing.
+static double PlatformTime(const std::wstring& path) {
+    const auto image = Slurp(path);
+    const auto entry = Slurp(path).size() > 4000 ? Bytes(1400) : Bytes(700);
+    const double from = Now();
+    CompoundFile file;
+    OpenCompound(Bytes(image), &file);
+    WriteStream(file, L"FFFFFFF0", entry);
+    CloseCompound(&file, nullptr);
+    return Now() - from;
+}
+
+static void MeasureSize(uint32_t discs, std::vector<double>* smallest) {
+    const std::wstring path = DefaultDatabasePath();
+    Forget(path);
+    const double from = Now();
+    StoreBatch* batch = BeginStoreBatch(path.c_str());
+    for (uint32_t n = 1; n <= discs; ++n)
+        BatchAdd(batch, *MakeTypedRecord(DiscId(n), n));
+    if (!CommitStoreBatch(batch)) std::printf("the batch failed\n");
+    const double build = Now() - from;
+    const Times found = Measure(15, [&](int i) {
+        auto disc = MakeTypedRecord(DiscId(1 + static_cast<uint32_t>(i) % discs), 0);
+        LookUpDisc(disc.get(), nullptr);
+    });
+    const Times fresh = Measure(15, [&](int i) {
+        auto disc = MakeTypedRecord(0x80000000u + static_cast<uint32_t>(i) * 77777u, 0);
+        LookUpDisc(disc.get(), nullptr);
+    });
+    const Times store = Measure(15, [&](int i) {
+        AddOrReplace(nullptr, *MakeTypedRecord(DiscId(1), 1000u + static_cast<uint32_t>(i)), 0,
+                     nullptr);
+    });
+    const double platform = PlatformTime(path);
+    const struct {
+        const char* name;
+        double value;
+    } rows[] = {
+        {"all in one batch", build},
+        {"look-up, known, whole", found.whole},
+        {"look-up, known, own", found.whole - found.files},
+        {"look-up, new, whole", fresh.whole},
+        {"store, whole", store.whole},
+        {"store, files", store.files},
+        {"store, platform", platform},
+        {"store, own", store.whole - store.files - platform},
+    };
+    for (size_t i = 0; i < sizeof rows / sizeof *rows; ++i) {
+        if (smallest->size() <= i) smallest->push_back(rows[i].value);
+        Print(rows[i].name, discs, rows[i].value, (*smallest)[i]);
+    }
+    Forget(path);
+}
+
+int main(int argc, char** argv) {
+    const FileLayer timed = TimedFiles();
+    SetStoreFiles(&timed);
+    std::vector<double> smallest;
+    for (const uint32_t discs : {10u, 1000u, 5000u})
+        MeasureSize(discs, &smallest);
+    SetStoreFiles(nullptr);
+    const int images = argc > 1 ? std::atoi(argv[1]) : 10000;
+    const double from = Now();
+    const CrashCount count = CrashEverywhere(Scratch(L"crash.cdp"), images);
+    std::printf("%-28s %6d  %8d bad  %.0f s\n", "crash images", count.images, count.bad,
+                (Now() - from) / 1000);
+    std::printf("%-28s %6d old %6d new\n", "", count.old, count.fresh);
+    return count.bad != 0;
+}

@@ -1,0 +1,73 @@
+// What the tests of the store share: a folder of their own, records, files as bytes.
+#pragma once
+#include "core/platform.h"
+
+#include <cstring>
+#include <fstream>
+#include <iterator>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "cdinfo/store.h"
+#include "cdinfo/store_parts_win.h"
+#include "core/text.h"
+
+using Bytes = std::vector<uint8_t>;
+
+inline std::wstring Scratch(const wchar_t* name) {
+    wchar_t folder[MAX_PATH];
+    GetTempPathW(MAX_PATH, folder);
+    return std::wstring(folder) + L"tonvista-" + std::to_wstring(GetCurrentProcessId()) + L"-" +
+           name;
+}
+
+inline int FileExists(const std::wstring& path) {
+    return GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES;
+}
+
+inline Bytes Slurp(const std::wstring& path) {
+    Bytes bytes;
+    SystemFiles().read(path.c_str(), &bytes);
+    return bytes;
+}
+
+inline void Spill(const std::wstring& path, std::span<const uint8_t> bytes) {
+    SystemFiles().write(path.c_str(), bytes);
+}
+
+// The database and all that may stand beside it.
+inline void Forget(const std::wstring& path) {
+    for (const wchar_t* suffix : {L"", kNewSuffix, kOldSuffix, L".bad", L".bad2", L".bad3"})
+        DeleteFileW((path + suffix).c_str());
+}
+
+inline std::unique_ptr<CDInfoRecord> MakeRecord(uint32_t identity, const char* title,
+                                                uint16_t tracks = 3) {
+    auto record = std::make_unique<CDInfoRecord>();
+    record->trackCount = tracks;
+    ApplyDefaults(record.get());
+    SetIdentity(record.get(), identity);
+    CopyText(record->title, title);
+    for (uint32_t i = 0; i <= tracks; ++i)
+        record->trackStarts[i] = 150 + i * 75 * 200;
+    DeriveTrackSeconds(record.get());
+    DeriveTotalTime(record.get());
+    return record;
+}
+
+// A disc as the engine hands it to the look-up: timing, no texts.
+inline std::unique_ptr<CDInfoRecord> MakeDisc(uint32_t identity, uint16_t tracks = 3) {
+    return MakeRecord(identity, "", tracks);
+}
+
+// The title stored under an entry, or "-".
+inline std::string TitleOf(const std::wstring& path, uint32_t entry) {
+    auto record = std::make_unique<CDInfoRecord>();
+    return ReadEntry(path.c_str(), entry, record.get()) ? record->title : "-";
+}
+
+inline int Add(const std::wstring& path, uint32_t identity, const char* title,
+               uint16_t tracks = 3) {
+    return AddOrReplace(path.c_str(), *MakeRecord(identity, title, tracks), 0, nullptr);
+}
