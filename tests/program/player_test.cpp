@@ -217,3 +217,32 @@ TEST_F(PlayerTest, ComesAndGoesWithItsEngineAndComesBackAfterARestart) {
     EXPECT_EQ(place.right, 780);
     EXPECT_TRUE(TextBegins(741, "D: 01:47"));
 }
+
+// A modal loop must not keep the window alive until its thread is killed.
+TEST_F(PlayerTest, ClosesAtOnceFromUnderItsMenuAndItsDialogs) {
+    StartPlayer();
+    const struct {
+        UINT message, id;
+        const char *windowClass, *caption;
+    } rows[] = {{WM_CONTEXTMENU, 0, "#32768", nullptr},
+                {WM_COMMAND, 760, "#32770", "Put a Disc Image into the Drive"},
+                {WM_COMMAND, 734, "#32770", "CD Information"}};
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.caption ? row.caption : "context menu");
+        player = FindComponent(kPlayer);
+        PostMessageA(player, row.message, row.id, MAKELPARAM(0, 0));
+        const auto opened = [&] {
+            const HWND found = FindWindowA(row.windowClass, row.caption);
+            return found && IsWindowVisible(found);
+        };
+        ASSERT_TRUE(WaitUntil(opened));
+        const DWORD start = GetTickCount();
+        Command(FindConsole(), kConsoleCdPlayer);
+        ASSERT_TRUE(WaitUntil([] { return ReadWindowDword(1, kPlayer, 9) == 0; }));
+        EXPECT_LT(GetTickCount() - start, 1500u) << "a stuck thread is killed after 2 s";
+        EXPECT_FALSE(opened());
+        Command(FindConsole(), kConsoleCdPlayer);
+        ASSERT_TRUE(WaitUntil([] { return FindComponent(kPlayer) != nullptr; }));
+        EXPECT_TRUE(TextBegins(741, "D: 01:47"));
+    }
+}
