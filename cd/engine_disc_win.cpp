@@ -49,7 +49,7 @@ uint32_t ReadCdMode() {
 }
 
 // Times in another format would be taken for tracks and minutes of nowhere.
-static int TimesAreInTracks() {
+int TimesAreInTracks() {
     if (TheCd.timesWrong) TheCd.timesWrong = !SetDiscTimes(TheCd.device, kTimesInTracks);
     return !TheCd.timesWrong;
 }
@@ -106,7 +106,8 @@ static TocReading ReadTocFromDevice() {
 // A disc that is still spinning up answers some questions and not others.
 static int HasHoles(const TocReading& reading) {
     if (reading.mode == kModeOpen) return 0;
-    if (!reading.mode || !reading.trackCount || !reading.lastLength || !reading.identity[0])
+    if (!reading.mode || !reading.trackCount || !reading.tracksAgain || !reading.lastLength ||
+        !reading.identity[0])
         return 1;
     for (uint32_t i = 1; i < reading.trackCount; ++i)
         if (MsfToFrames(reading.starts[i]) <= MsfToFrames(reading.starts[i - 1])) return 1;

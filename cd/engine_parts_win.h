@@ -53,6 +53,7 @@ void NotifyCdWindows(); // and the mirror in the shared block; any thread
 // ---- engine_disc_win.cpp: the engine's thread
 uint32_t ReadCdMode(); // 0 when the device does not say; a change is stored and told
 Tmsf ReadCdPosition();
+int TimesAreInTracks();                          // tries once more to set them when that has failed
 int OpenCdDevice(char letter, uint32_t* device); // with times in tracks
 int UseLostDevice(); // 1 when a device is open, after another attempt if it was not
 // Reads the table of contents, looks the disc up, builds the list and tells the windows. With

@@ -1,0 +1,118 @@
+// What the engine's tests share: the engine in a process of its own making, with the console's
+// part played by a window of the test.
+#pragma once
+#include "cd/engine_win.h"
+#include "core/commands.h"
+#include "core/settings.h"
+#include "core/shared_block.h"
+#include "fake_device.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <string>
+
+constexpr const char* kCdKey = "Software\\Tonvista\\CDEngine";
+
+// A window of the test that counts what it is posted.
+struct Recorder {
+    Recorder() {
+        window = CreateWindowExA(0, "STATIC", "", WS_OVERLAPPEDWINDOW, 0, 0, 1, 1, nullptr, nullptr,
+                                 nullptr, nullptr);
+    }
+    ~Recorder() { DestroyWindow(window); }
+    // Takes what has come: changes of the engine, and requests to close.
+    void Pump() {
+        MSG message;
+        while (PeekMessageA(&message, window, 0, 0, PM_REMOVE)) {
+            changes += message.message == WM_COMMAND && message.wParam == kNotifyCdEngine &&
+                       message.lParam == 0;
+            closes += message.message == WM_CLOSE;
+        }
+    }
+    HWND window;
+    int changes = 0, closes = 0;
+};
+
+class Engine : public testing::Test {
+protected:
+    void SetUp() override {
+        DeleteRegTree(kUserRoot, kCdKey);
+        SetCdNumber("Drive", 'D');
+        SetCdNumber("IntroLength", 10);
+        SharedBlock = OpenSharedBlock();
+        ASSERT_NE(SharedBlock, nullptr);
+    }
+    void TearDown() override {
+        s_fake.stallMs = 0;
+        Stop();
+        CloseSharedBlock(SharedBlock);
+        SharedBlock = nullptr;
+        s_fake.active = 0;
+    }
+    static void SetCdNumber(const char* name, uint32_t value) {
+        WriteRegDword(kUserRoot, kCdKey, name, kRegDword, value);
+    }
+    void UseFake(const FakeDisc& disc) {
+        s_fake.Insert(disc);
+        s_fake.mode = kModeStop;
+        s_fake.position = 0;
+        s_fake.opens = s_fake.plays = s_fake.stops = 0;
+        s_fake.calls = NthCall{};
+        s_fake.active = 1;
+    }
+    bool Start() {
+        if (!StartComponentThread(CdEngineThread(), GetModuleHandleA(nullptr), m_recorder.window))
+            return false;
+        s_engineProc = reinterpret_cast<WNDPROC>(
+            SetWindowLongPtrA(EngineWindow(), GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(MarkProc)));
+        Drain(); // until the disc has been read
+        return RegisterCdWindow(m_recorder.window) == 1;
+    }
+    void Stop() { StopComponentThread(CdEngineThread()); }
+    static HWND EngineWindow() { return CdEngineThread()->Window; }
+    // Carried out when this returns; what it posts in turn as well.
+    static void Do(uint32_t command, LPARAM argument = 0) {
+        SendMessageA(EngineWindow(), WM_COMMAND, command, argument);
+        Drain();
+    }
+    static void Poll() {
+        SendMessageA(EngineWindow(), WM_TIMER, 700, 0);
+        Drain();
+    }
+    // Sent messages overtake posted ones: a posted mark that comes by tells that those before it
+    // are done. Twice, for what they post in turn.
+    static void Drain() {
+        for (int i = 0; i < 2; ++i) {
+            PostMessageA(EngineWindow(), kMark, 0, 0);
+            EXPECT_EQ(WaitForSingleObject(s_marked, 20000), WAIT_OBJECT_0);
+        }
+    }
+    static LRESULT CALLBACK MarkProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+        if (message == kMark) SetEvent(s_marked);
+        return CallWindowProcA(s_engineProc, window, message, wParam, lParam);
+    }
+    bool Await(const std::function<bool()>& condition, DWORD waitMs = 8000) {
+        const DWORD start = GetTickCount();
+        while (!condition()) {
+            if (GetTickCount() - start > waitMs) return false;
+            m_recorder.Pump();
+            Sleep(10);
+        }
+        return true;
+    }
+    static CdSnapshot Now() {
+        CdSnapshot snapshot;
+        GetCdSnapshot(&snapshot);
+        return snapshot;
+    }
+    static CDInfoRecord Record() {
+        CDInfoRecord record;
+        GetCdRecord(&record);
+        return record;
+    }
+    Recorder m_recorder;
+    static constexpr UINT kMark = WM_APP + 99;
+    inline static const HANDLE s_marked = CreateEventA(nullptr, FALSE, FALSE, nullptr);
+    inline static WNDPROC s_engineProc;
+};

@@ -1,0 +1,293 @@
+// The engine over a drive of the test's making: slow, silent, stuck, failing, crashing.
+#include "engine_kit.h"
+
+#include "cdinfo/store.h"
+
+#include <mmsystem.h>
+
+#include <algorithm>
+#include <cstring>
+
+static const FakeDisc s_short = {{40, 50, 60}, "1000001"};
+static const FakeDisc s_other = {{30, 30}, "1000002"};
+
+static Tmsf At(uint32_t track, uint32_t seconds) {
+    return MakeTmsf(track, seconds / 60, seconds % 60, 0);
+}
+
+TEST_F(Engine, EndsOfPlayAreFoundWithoutNoticeAndOnADriveThatSaysItPlays) {
+    SetCdNumber("Programmed", 1);
+    SetCdNumber("AutoExit", 1);
+    for (uint32_t modeAtEnd : {kModeStop, kModePlay}) {
+        UseFake(s_short);
+        ASSERT_TRUE(Start());
+        Do(kCdRecordChanged); // a disc gets its program when it is looked up again
+        Do(kCdPlay);
+        EXPECT_EQ(s_fake.Played().to, At(1, 40));
+        for (uint32_t track = 1; track <= 3; ++track) {
+            EXPECT_EQ(Now().track, track);
+            s_fake.position = s_fake.Played().to;
+            s_fake.mode = modeAtEnd;
+            Poll();
+            Poll();
+        }
+        EXPECT_EQ(s_fake.plays, 3);
+        EXPECT_FALSE(CdIsBusy());
+        EXPECT_EQ(s_fake.mode, static_cast<uint32_t>(kModeStop)) << "it is told to stop";
+        m_recorder.Pump();
+        EXPECT_EQ(m_recorder.closes, 1);
+        m_recorder.closes = 0;
+        Stop();
+    }
+}
+
+TEST_F(Engine, SeveralNoticesOfOneEndStepOnce) {
+    SetCdNumber("Programmed", 1);
+    UseFake(s_short);
+    ASSERT_TRUE(Start());
+    Do(kCdPlay);
+    s_fake.mode = kModeStop;
+    for (int i = 0; i < 3; ++i) // all before the play that the first of them asks for
+        SendMessageA(EngineWindow(), MM_MCINOTIFY, MCI_NOTIFY_SUCCESSFUL, 0);
+    Drain();
+    EXPECT_EQ(s_fake.plays, 2);
+    EXPECT_EQ(Now().track, 2);
+}
+
+TEST_F(Engine, DiscTakenOutOfListPlayEndsIt) {
+    SetCdNumber("Random", 1);
+    SetCdNumber("Repeat", 1);
+    UseFake(s_short);
+    ASSERT_TRUE(Start());
+    Do(kCdPlay);
+    s_fake.mode = kModeOpen;
+    Poll();
+    Poll();
+    EXPECT_FALSE(CdIsBusy());
+    Poll();
+    EXPECT_STREQ(Now().title, "Drive Door is Open");
+    s_fake.Insert(s_other);
+    s_fake.mode = kModeStop;
+    Poll();
+    EXPECT_EQ(Now().trackCount, 2) << "read through a new open: the fake tells what it opened with";
+    EXPECT_EQ(s_fake.plays, 1);
+}
+
+TEST_F(Engine, SlowDriveKeepsNobodyWaiting) {
+    UseFake(s_short);
+    ASSERT_TRUE(Start());
+    CDInfoRecord record = Record();
+    s_fake.stallMs = 15000;
+    PostCdCommand(kCdPlay, 1);
+    PostMessageA(EngineWindow(), WM_TIMER, 700, 0);
+    DWORD longest = 0;
+    for (int i = 0; i < 50; ++i) {
+        const DWORD start = GetTickCount();
+        ++record.revision;
+        SetCdRecord(record);
+        SetCdPlayFlags(i & 1 ? kPlayIntro : kPlayRepeat);
+        EXPECT_EQ(Now().trackCount, 3);
+        EXPECT_EQ(RegisterCdWindow(m_recorder.window), 1);
+        longest = std::max(longest, GetTickCount() - start);
+        Sleep(10);
+    }
+    RecordProperty("longestMs", static_cast<int>(longest));
+    EXPECT_LT(longest, 100u);
+    EXPECT_EQ(Record().revision, record.revision);
+}
+
+TEST_F(Engine, HungThreadIsKilledAndForgottenAndTheNextOneRuns) {
+    UseFake(s_short);
+    ASSERT_TRUE(Start());
+    const CDInfoRecord record = Record();
+    s_fake.stallMs = 60000;
+    PostCdCommand(kCdPlay, 1);
+    Sleep(100);
+    Stop();
+    s_fake.stallMs = 0;
+    EXPECT_EQ(CdDriveLetter(), 'D');
+    EXPECT_EQ(CdIdentity(), 0u);
+    CDInfoRecord none;
+    EXPECT_FALSE(GetCdRecord(&none));
+    EXPECT_EQ(SetCdPlayFlags(kPlayRepeat), 0u);
+    EXPECT_FALSE(RegisterCdWindow(m_recorder.window));
+    EXPECT_FALSE(SetCdRecord(record));
+    ASSERT_TRUE(Start());
+    EXPECT_EQ(CdIdentity(), 1000001u);
+    Do(kCdPlay, 2);
+    EXPECT_EQ(Now().track, 2);
+}
+
+TEST_F(Engine, FaultInADriverEndsTheEngineAloneAndClosesOnItsThread) {
+    UseFake(s_short);
+    ASSERT_TRUE(Start());
+    s_fake.crash = 1;
+    PostMessageA(EngineWindow(), WM_TIMER, 700, 0);
+    ASSERT_TRUE(Await([] { return ComponentThreadEnded(CdEngineThread()); }));
+    ASSERT_TRUE(Await([] { return s_fake.opens == 0; }));
+    EXPECT_EQ(s_fake.closedBy, s_fake.openedBy);
+    char text[64] = "";
+    ReadRegString(kUserRoot, kSettingsRoot, "LastException", text, sizeof text);
+    EXPECT_STREQ(text, "CDPlayrWindow");
+    Stop();
+    EXPECT_FALSE(CdIsBusy());
+    ASSERT_TRUE(Start());
+    EXPECT_EQ(Now().trackCount, 3);
+}
+
+TEST_F(Engine, EveryCallToTheDeviceFailingInTurn) {
+    const int faults = ForEachFault([this](NthCall& calls) {
+        UseFake(s_short);
+        s_fake.calls = calls;
+        if (Start()) {
+            for (uint32_t command : {kCdPlay, kCdNext, kCdPause, kCdPause, kCdSeek, kCdPrevious,
+                                     kCdRecordChanged, kCdStop, kCdEject}) {
+                Do(command);
+                Poll();
+            }
+            Do(kCdEject);
+            Poll();
+            SetSharedBits(SHARED_FIELD(CommandFlags), kCommandRefresh);
+            Poll();
+            calls.count = s_fake.calls.count;
+            s_fake.calls = NthCall{};
+            for (int i = 0; i < 3; ++i)
+                Poll();
+            if (s_fake.mode == kModeOpen) { // the door did not hear one of the two
+                Do(kCdEject);
+                Poll();
+            }
+            Do(kCdPlay, 2);
+            const CdSnapshot now = Now();
+            EXPECT_TRUE(now.track == 2 && now.trackCount == 3 && now.busy && !now.paused)
+                << "call " << calls.failAt << " (" << s_fake.failed << "): mode " << s_fake.mode
+                << " track " << now.track << " of " << now.trackCount;
+            EXPECT_LE(s_fake.opens, 2);
+        }
+        calls.count = std::max(calls.count, s_fake.calls.count);
+        Stop();
+    });
+    RecordProperty("calls", faults);
+    EXPECT_GT(faults, 100);
+}
+
+TEST_F(Engine, RequestsOfOtherProcesses) {
+    UseFake(s_short);
+    SharedBlock->RequestedTrack = 0;
+    SharedBlock->SkipCount = 0;
+    SharedBlock->CommandFlags = kCommandNoUi;
+    SetCdNumber("AutoRun", 1);
+    ASSERT_TRUE(Start());
+    Poll();
+    EXPECT_EQ(Now().track, 1) << "started by itself";
+    struct {
+        uint32_t track;
+        int32_t skip;
+        uint32_t expected;
+    } const cases[] = {{2, 0, 2},          {0, 1, 3},         {0, -2, 1}, {4, 0, 1},
+                       {UINT32_MAX, 0, 1}, {0, INT32_MAX, 1}, {3, 0, 3},  {0, INT32_MIN, 3}};
+    for (const auto& c : cases) {
+        s_fake.position = At(Now().track, 5);
+        SharedBlock->RequestedTrack = c.track;
+        SharedBlock->SkipCount = c.skip;
+        Poll();
+        EXPECT_EQ(SharedBlock->RequestedTrack, 0u);
+        EXPECT_EQ(SharedBlock->SkipCount, 0);
+        EXPECT_EQ(SharedBlock->CdTrack, c.expected) << c.track << ' ' << c.skip;
+    }
+    EXPECT_EQ(SharedBlock->CdIdentity, 1000001u);
+    EXPECT_EQ(SharedBlock->CdTrackCount, 3);
+    EXPECT_EQ(SharedBlock->CdMode, static_cast<uint32_t>(kModePlay));
+    EXPECT_STREQ(SharedBlock->CdTrackTitle, "Track 3");
+
+    Do(kCdStop);
+    const int plays = s_fake.plays;
+    for (const int drive : {0 + 'Q', 0 + '?', 0xFFAD, 0}) { // no CD drives
+        SharedBlock->CommandDrive = static_cast<uint16_t>(drive);
+        SetSharedBits(SHARED_FIELD(CommandFlags), kCommandPlayCd);
+        Poll();
+        EXPECT_EQ(s_fake.plays, plays) << drive;
+    }
+    EXPECT_EQ(SharedBlock->CommandFlags, kCommandNoUi) << "other bits stay";
+}
+
+TEST_F(Engine, FiveWindowsAreTold) {
+    UseFake(s_short);
+    ASSERT_TRUE(Start()); // the first one
+    Recorder more[5];
+    for (int i = 0; i < 5; ++i)
+        EXPECT_EQ(RegisterCdWindow(more[i].window), i < 4);
+    EXPECT_FALSE(UnregisterCdWindow(more[4].window));
+    EXPECT_TRUE(UnregisterCdWindow(more[0].window));
+    EXPECT_TRUE(RegisterCdWindow(more[4].window));
+    Do(kCdPlay, 1);
+    for (int i = 0; i < 5; ++i) {
+        more[i].Pump();
+        EXPECT_EQ(more[i].changes > 0, i != 0) << i;
+    }
+}
+
+// ---- titles and a database that is in use
+
+struct BusyDatabase {
+    BusyDatabase()
+        : file(CreateFileW(DefaultDatabasePath().c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING,
+                           0, nullptr)) {}
+    ~BusyDatabase() { CloseHandle(file); }
+    HANDLE file;
+};
+
+static std::string StoredTitle(uint32_t identity) {
+    CDInfoRecord record;
+    return ReadEntry(nullptr, identity, &record) ? record.title : "";
+}
+
+TEST_F(Engine, TypedTitleOutlivesABusyDatabaseAndTheDisc) {
+    UseFake(s_short);
+    ASSERT_TRUE(Start());
+    CDInfoRecord record = Record();
+    std::strcpy(record.title, "Before");
+    ASSERT_TRUE(SetCdRecord(record));
+    Drain();
+    ASSERT_EQ(StoredTitle(1000001), "Before");
+    {
+        const BusyDatabase busy;
+        ASSERT_NE(busy.file, INVALID_HANDLE_VALUE);
+        std::strcpy(record.title, "Typed");
+        EXPECT_TRUE(SetCdRecord(record));
+        Drain();
+        EXPECT_STREQ(Now().title, "Typed");
+        s_fake.Insert(s_other);
+        SendMessageA(EngineWindow(), WM_DEVICECHANGE, 0x8000, 0);
+        Drain();
+        EXPECT_EQ(Now().trackCount, 2);
+        s_fake.Insert(s_short);
+        SendMessageA(EngineWindow(), WM_DEVICECHANGE, 0x8000, 0);
+        Drain();
+        EXPECT_STREQ(Now().title, "Typed") << "not yet stored, but not forgotten";
+        s_fake.Insert(s_other);
+        SendMessageA(EngineWindow(), WM_DEVICECHANGE, 0x8000, 0);
+        Drain();
+    }
+    Poll();
+    EXPECT_EQ(StoredTitle(1000001), "Typed");
+    EXPECT_STRNE(Now().title, "Typed");
+}
+
+TEST_F(Engine, TitlesOfADiscReadWhileTheDatabaseWasBusyCome) {
+    UseFake(s_short);
+    ASSERT_TRUE(Start());
+    CDInfoRecord record = Record();
+    std::strcpy(record.title, "Known");
+    ASSERT_TRUE(SetCdRecord(record));
+    Drain();
+    Stop();
+    {
+        const BusyDatabase busy;
+        ASSERT_TRUE(Start());
+        EXPECT_STREQ(Now().title, "Unknown CD Title");
+    }
+    Poll();
+    EXPECT_STREQ(Now().title, "Known");
+    EXPECT_EQ(StoredTitle(1000001), "Known");
+}
