@@ -74,13 +74,15 @@ static int Claim(std::vector<uint8_t>& claimed, uint32_t sector) {
 }
 
 // Walks a chain, claiming its sectors; each is claimed at most once, which ends every cycle.
+// `chain` (may be null) receives them, `length` their number.
 static int WalkChain(const std::vector<uint32_t>& fat, std::vector<uint8_t>& claimed,
-                     uint32_t start, std::vector<uint32_t>* chain) {
-    chain->clear();
+                     uint32_t start, std::vector<uint32_t>* chain, uint64_t* length = nullptr) {
+    if (length) *length = 0;
     if (IsMark(start)) return 1;
     for (uint32_t sector = start; sector != kEndOfChain; sector = fat[sector]) {
         if (sector >= fat.size() || !Claim(claimed, sector)) return 0;
-        chain->push_back(sector);
+        if (chain) chain->push_back(sector);
+        if (length) ++*length;
     }
     return 1;
 }
@@ -225,13 +227,12 @@ static int IsPlaced(const Checker& c, const Visit& visit, const Entry& entry) {
 
 static int CheckStream(Checker* c, const Entry& entry) {
     if (entry.sizeHigh) return 0;
-    std::vector<uint32_t> chain;
+    uint64_t length;
     const int mini = entry.size < kMiniCutoff;
     if (!WalkChain(mini ? c->view->miniFat : c->view->fat, mini ? c->miniClaimed : c->claimed,
-                   entry.start, &chain))
+                   entry.start, nullptr, &length))
         return 0;
-    const uint64_t shift = mini ? kMiniShift : c->view->sectorShift;
-    return (uint64_t{chain.size()} << shift) >= entry.size;
+    return (length << (mini ? kMiniShift : c->view->sectorShift)) >= entry.size;
 }
 
 static int CheckTree(Checker* c, uint32_t top) {

@@ -72,12 +72,10 @@ static FileResult ReadOpen(HANDLE file, std::vector<uint8_t>* bytes) {
 // Others may read at the same time, so that two look-ups never disturb each other; nobody may
 // write.
 static FileResult ReadWhole(const wchar_t* path, std::vector<uint8_t>* bytes) {
-    bytes->clear();
     const HANDLE file = CreateFileW(path, GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_DELETE,
                                     nullptr, OPEN_EXISTING, FILE_FLAG_SEQUENTIAL_SCAN, nullptr);
-    if (file == INVALID_HANDLE_VALUE) return LastResult();
-    const FileResult result = ReadOpen(file, bytes);
-    CloseHandle(file);
+    const FileResult result = file == INVALID_HANDLE_VALUE ? LastResult() : ReadOpen(file, bytes);
+    if (file != INVALID_HANDLE_VALUE) CloseHandle(file);
     if (result != kFileOk) bytes->clear();
     return result;
 }

@@ -13,8 +13,7 @@
 // process is never taken for a broken one.
 #include "cdinfo/safe_file.h"
 
-#include <algorithm>
-#include <utility>
+#include <cstring>
 
 constexpr int kMaxBadFiles = 1000;
 
@@ -134,13 +133,13 @@ void EndChange(SafeFile* file) {
 }
 
 // 1 same, 0 different, -1 could not be read.
-static int Compare(const SafeFile& file, const wchar_t* suffix, std::span<const uint8_t> image) {
-    std::vector<uint8_t> bytes;
+static int Compare(SafeFile& file, const wchar_t* suffix, std::span<const uint8_t> image) {
+    std::vector<uint8_t>& bytes = file.readBack; // kept: fresh megabytes cost more than the read
     if (file.files->read(Beside(file, suffix).c_str(), &bytes) != kFileOk) return -1;
-    return std::equal(bytes.begin(), bytes.end(), image.begin(), image.end());
+    return bytes.size() == image.size() && !std::memcmp(bytes.data(), image.data(), image.size());
 }
 
-static int WriteBeside(const SafeFile& file, std::span<const uint8_t> image) {
+static int WriteBeside(SafeFile& file, std::span<const uint8_t> image) {
     const std::wstring fresh = Beside(file, kNewSuffix);
     return file.files->write(fresh.c_str(), image) == kFileOk &&
            file.files->flush(fresh.c_str()) == kFileOk && Compare(file, kNewSuffix, image) == 1;
@@ -148,7 +147,7 @@ static int WriteBeside(const SafeFile& file, std::span<const uint8_t> image) {
 
 // After a replace that failed: 1 when it worked after all, else the old file has its name again
 // if that can be had.
-static int AfterFailedReplace(const SafeFile& file, std::span<const uint8_t> image) {
+static int AfterFailedReplace(SafeFile& file, std::span<const uint8_t> image) {
     if (!Exists(file, L"")) {
         if (Move(file, kOldSuffix, L"")) Remove(file, kNewSuffix);
         return 0;
@@ -158,7 +157,7 @@ static int AfterFailedReplace(const SafeFile& file, std::span<const uint8_t> ima
     return 0;
 }
 
-static int ReplaceWithNew(const SafeFile& file, std::span<const uint8_t> image) {
+static int ReplaceWithNew(SafeFile& file, std::span<const uint8_t> image) {
     const FileResult replaced = file.files->replace(
         file.path.c_str(), Beside(file, kNewSuffix).c_str(), Beside(file, kOldSuffix).c_str());
     if (replaced != kFileOk && !AfterFailedReplace(file, image)) return 0;

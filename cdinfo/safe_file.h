@@ -32,6 +32,7 @@ struct SafeFile {
     std::vector<uint8_t> bytes; // when good
     CompoundView view;          // of them
     void* lock = nullptr;       // during a change
+    std::vector<uint8_t> readBack;
 };
 
 // Reads and checks the file. A broken replace is settled on the way.

@@ -48,7 +48,8 @@ enum LookUpState {
 
 // Fills a record that holds the identity and the data of the disc in the drive: 1 when an entry
 // was found. A new disc is stored at once with its defaults, and a known one with the timing just
-// read, unless another has changed the entry meanwhile. `state` may be null.
+// read, unless the database is in use or the entry has more tracks than the record. `state` may
+// be null.
 int LookUpDisc(CDInfoRecord* record, LookUpState* state);
 
 // 1 when stored, or when there is nothing to store (a placeholder, no texts, no tracks). With

@@ -125,29 +125,8 @@ int EnsureDatabase(const wchar_t* path) {
     return CommitStoreBatch(batch);
 }
 
-// What a look-up saw under an entry's name. The entry is rewritten only while that still holds.
-struct SeenEntry {
-    uint32_t entry = 0;
-    int exists = 0;
-    std::vector<uint8_t> bytes;
-};
-
-static int IsAsSeen(const StoreBatch& batch, uint32_t disc, const SeenEntry& seen) {
-    if (batch.isFresh) return !seen.exists;
-    const auto mapped = batch.entryOfDisc.find(disc);
-    const CompoundStream* stream =
-        FindEntry(batch.file, mapped == batch.entryOfDisc.end() ? disc : mapped->second);
-    if (!stream || !stream->size) return !seen.exists;
-    return seen.exists && ReadCompoundStream(batch.file.view, *stream) == seen.bytes;
-}
-
-static int Store(const wchar_t* path, const CDInfoRecord& record, const SeenEntry* seen) {
-    StoreBatch* batch = BeginStoreBatch(path);
-    if (!batch) return 0;
-    if (seen && !IsAsSeen(*batch, record.identity, *seen)) {
-        CancelStoreBatch(batch);
-        return 0;
-    }
+// Puts the record into an open batch, ends it and tells the listener.
+static int StoreAndEnd(StoreBatch* batch, const CDInfoRecord& record) {
     uint32_t entry;
     const int packed = BatchPut(batch, record, &entry);
     if (!packed) CancelStoreBatch(batch);
@@ -170,7 +149,8 @@ int AddOrReplace(const wchar_t* path, const CDInfoRecord& record, int confirm, S
     if (IsNothingToStore(record)) return 1;
     // The question waits for a person, so nothing is held while it stands there.
     if (confirm && !MayReplace(path, record.identity, owner)) return 0;
-    return Store(path, record, nullptr);
+    StoreBatch* batch = BeginStoreBatch(path);
+    return batch && StoreAndEnd(batch, record);
 }
 
 int DeleteEntry(const wchar_t* path, uint32_t identity) {
@@ -188,47 +168,48 @@ int DeleteEntry(const wchar_t* path, uint32_t identity) {
 // ---- a disc that was put into the drive
 
 // A record from a drive that has not read the whole table of contents must not cut the entry.
-static int WouldLoseTracks(const std::vector<uint8_t>& bytes, const CDInfoRecord& record) {
+static int WouldLoseTracks(std::span<const uint8_t> bytes, const CDInfoRecord& record) {
     auto stored = std::make_unique<CDInfoRecord>();
     return UnpackEntry(bytes, stored.get()) && stored->trackCount > record.trackCount;
 }
 
-static LookUpState ReadDisc(CDInfoRecord* record, SeenEntry* seen) {
-    SafeFile file;
+// Reads the disc's texts from a loaded file into the record. mayStore: 0 when storing the record
+// could lose what is there.
+static LookUpState ReadDisc(const SafeFile& file, CDInfoRecord* record, int* mayStore) {
+    *mayStore = file.state == kLoadAbsent;
+    if (file.state == kLoadAbsent) return kLookUpNew;
     std::vector<IndexPair> pairs;
-    PrepareStoreFile(nullptr, &file);
-    const LoadState state = LoadSafeFile(&file);
-    if (state == kLoadAbsent) return kLookUpNew;
-    if (state != kLoadGood || !ReadIndex(file, &pairs)) return kLookUpUnread;
+    if (file.state != kLoadGood || !ReadIndex(file, &pairs)) return kLookUpUnread;
     const IndexPair* pair = FindPair(pairs, record->identity);
-    seen->entry = pair ? pair->entry : record->identity;
-    const CompoundStream* stream = FindEntry(file, seen->entry);
+    const uint32_t entry = pair ? pair->entry : record->identity;
+    const CompoundStream* stream = FindEntry(file, entry);
+    *mayStore = 1;
     if (!stream || !stream->size) return kLookUpNew;
-    seen->exists = 1;
-    seen->bytes = ReadCompoundStream(file.view, *stream);
+    const auto bytes = ReadCompoundStream(file.view, *stream);
     auto read = std::make_unique<CDInfoRecord>(*record);
-    if (!UnpackStored(seen->bytes, seen->entry, read.get())) return kLookUpUnread;
+    *mayStore = UnpackStored(bytes, entry, read.get());
+    if (!*mayStore) return kLookUpUnread;
     *record = *read;
+    *mayStore = !WouldLoseTracks(bytes, *record);
     return kLookUpFound;
-}
-
-static int StandsAlready(const CDInfoRecord& record, const std::vector<uint8_t>& bytes) {
-    auto buffer = std::make_unique<uint8_t[][kMaxPackedEntry]>(1);
-    size_t length;
-    return PackRecord(record, buffer[0], &length) && length == bytes.size() &&
-           !std::memcmp(buffer[0], bytes.data(), length);
 }
 
 int LookUpDisc(CDInfoRecord* record, LookUpState* state) {
     ApplyDefaults(record);
-    SeenEntry seen;
-    const LookUpState found = ReadDisc(record, &seen);
+    // Begun as a change, so that nobody else's comes between reading and storing. When that can't
+    // be had the texts can mostly still be read.
+    StoreBatch* batch = BeginStoreBatch(nullptr);
+    SafeFile file;
+    if (!batch) {
+        PrepareStoreFile(nullptr, &file);
+        LoadSafeFile(&file);
+    }
+    int mayStore;
+    const LookUpState found = ReadDisc(batch ? batch->file : file, record, &mayStore);
     if (state) *state = found;
-    if (found == kLookUpUnread || IsNothingToStore(*record)) return found == kLookUpFound;
-    if (found == kLookUpFound && WouldLoseTracks(seen.bytes, *record)) return 1;
-    if (found == kLookUpFound && StandsAlready(*record, seen.bytes))
-        PostChanged(seen.entry);
+    if (batch && mayStore && !IsNothingToStore(*record))
+        StoreAndEnd(batch, *record);
     else
-        Store(nullptr, *record, &seen);
+        CancelStoreBatch(batch);
     return found == kLookUpFound;
 }
