@@ -2,7 +2,8 @@
 # keeps Windows out of it. name_win.cpp talks to Windows and exists in the win32 build alone.
 
 # GCC 12 sees an overlap in every "text" + std::string that it inlines: -Wno-restrict.
-set(TONVISTA_WARNINGS -Wall -Wextra -Wshadow -Werror -Wno-restrict)
+set(TONVISTA_WARNINGS -Wall -Wextra -Wshadow -Werror
+    $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict>)
 add_library(tonvista_options INTERFACE)
 target_include_directories(tonvista_options INTERFACE ${CMAKE_SOURCE_DIR} ${CMAKE_SOURCE_DIR}/app)
 if(WIN32)
@@ -21,7 +22,7 @@ if(TONVISTA_SANITIZE)
   # The checks that are put in make GCC lose sight of what was initialised; the plain builds warn.
   target_compile_options(tonvista_options INTERFACE -fsanitize=address,undefined
                          -fno-sanitize-recover=all -fno-omit-frame-pointer
-                         -Wno-maybe-uninitialized)
+                         $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)
   target_link_options(tonvista_options INTERFACE -fsanitize=address,undefined)
 endif()
 if(TONVISTA_FUZZ)

@@ -219,7 +219,9 @@ def read_report(path):
             elif case.get("result") == "SKIPPED":
                 skips.append(name)
             elif case.get("status") == "NOTRUN":
-                skips.append(name + " (disabled)")
+                # Of a suite called ...Guest: no test, but what a test starts as a child process.
+                if not suite["name"].endswith("Guest"):
+                    skips.append(name + " (disabled)")
             else:
                 passed += 1
     return passed, failures, skips
