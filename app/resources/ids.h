@@ -11,9 +11,9 @@
 #define IDS_VARIOUS 134 // (fixed)
 
 // ---- start-up and console: strings 256-319, 1040-1047; icon 401; dialogs 440-449
-#define IDS_LASTOK_TEXT 256    // (fixed)
-#define IDS_LASTOK_CAPTION 257 // (fixed)
-#define IDS_SHORT_NAMES 287    // + window id (fixed)
+#define IDS_LASTOK_TEXT 256      // (fixed)
+#define IDS_LASTOK_CAPTION 257   // (fixed)
+#define IDS_SHORT_NAMES 287      // + window id (fixed)
 #define IDS_INSTALL_FAILED 1040  // (fixed)
 #define IDS_INSTALL_CAPTION 1041 // (fixed)
 #define IDS_INSTALL_DONE 1042    // (fixed)
@@ -53,13 +53,13 @@
 #define IDS_NO_CD_CAPTION 481
 
 // ---- cd player: strings 500-599 (labels 500 + n, tooltips 550 + n); dialogs 450-459
-#define IDS_CD_LABELS 500        // + control id - 700 (fixed)
+#define IDS_CD_LABELS 500 // + control id - 700 (fixed)
 #define IDS_CD_MENU_DRIVE 545
 #define IDS_CD_MENU_IMAGE 546
 #define IDS_CD_MENU_EJECT_IMAGE 547
 #define IDS_CD_IMAGE_CAPTION 548
-#define IDS_CD_IMAGE_FILTER 549  // pairs of text and pattern, "|" for the NULs
-#define IDS_CD_TIPS 550          // + control id - 700 (fixed)
+#define IDS_CD_IMAGE_FILTER 549 // pairs of text and pattern, "|" for the NULs
+#define IDS_CD_TIPS 550         // + control id - 700 (fixed)
 #define IDS_CD_TIP_PROGRAM_POSITION 595
 #define IDS_CD_TIP_PROGRAM_TOTAL 596
 #define IDS_CD_IMAGE_FAILED 597
