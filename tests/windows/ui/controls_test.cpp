@@ -97,6 +97,8 @@ TEST(Button, ParentMayDestroyItInsideANotification) {
         Click(button);
         Pump();
         EXPECT_FALSE(IsWindow(button));
+        for (int told : parent.CodesOf(button))
+            EXPECT_NE(told, kButtonClicked) << "a button that is gone is not clicked";
     }
 }
 
@@ -130,8 +132,10 @@ TEST(Button, LabelTakesItsColorsAndADisabledOneHasNone) {
     InflateRect(&face, -2, -2);
     EXPECT_EQ(CountPixels(button, face, kFace),
               (face.right - face.left) * (face.bottom - face.top));
+    DestroyWindow(button);
     HWND born = MakeButton(parent, WS_DISABLED);
     EXPECT_EQ(CountPixels(born, client, kText), 0) << "disabled from the start";
+    EXPECT_GT(CountPixels(born, client, kFace), 0);
 }
 
 TEST(Button, ContentSinksWhenPressed) {

@@ -13,6 +13,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 constexpr uint32_t kId = 77;
 
 static int32_t Saved(const char* name) {
@@ -80,6 +82,14 @@ TEST_F(Framework, StandsWhereItWasSavedAndBelongsToItsOwner) {
     SetSavedPlacement(kId, 5000, -900, 300, 200);
     EXPECT_TRUE(RestoreWindowPlacement(window));
     EXPECT_EQ(Saved("X"), 5000) << "it did not move, so nothing was written";
+    EXPECT_TRUE(SaveWindowPlacement(window));
+    EXPECT_EQ(Saved("X"), 1260) << "what others wrote meanwhile is written over";
+}
+
+static int s_wheels;
+static LRESULT CALLBACK CountWheels(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    s_wheels += message == WM_MOUSEWHEEL;
+    return CallKeptProcedure(window, message, wParam, lParam);
 }
 
 TEST_F(Framework, PPlayMakesItHiddenAndTheConsoleHasATaskbarButton) {
@@ -89,8 +99,10 @@ TEST_F(Framework, PPlayMakesItHiddenAndTheConsoleHasATaskbarButton) {
     EXPECT_TRUE(GetWindowLongA(console, GWL_EXSTYLE) & WS_EX_APPWINDOW);
     EXPECT_EQ(OwnerOf(console), console);
     RegisterWheelMessage();
-    SendMessageA(console, UIOptions.WheelMessage, 0,
-                 0); // its own owner: must not go round for ever
+    SubclassUIWindow(console, CountWheels);
+    s_wheels = 0;
+    SendMessageA(console, WM_MOUSEWHEEL, 0, 0);
+    EXPECT_EQ(s_wheels, 1) << "its own owner: must not go round for ever";
     EXPECT_EQ(SendMessageA(console, WM_COMMAND, kAskMovementLocked, 0), 0);
     DestroyWindow(console);
     DeleteRegTree(kUserRoot, "Software\\Tonvista\\UIWindow78");
@@ -304,20 +316,20 @@ TEST(LookWindow, ColorsAreReadSeededAndSaved) {
 }
 
 TEST(LookWindow, FontsFitAndAreMadeOnlyOnChange) {
-    for (int width : {30, 60, 200}) {
+    HDC dc = CreateCompatibleDC(nullptr);
+    for (int width = 20; width < 160; width++) {
         const int height = FitFontHeight("Arial", FW_BOLD, "Track Title", width, 24);
-        HDC dc = CreateCompatibleDC(nullptr);
         HFONT font = CreateLabelFont("Arial", height, FW_BOLD);
         HGDIOBJ old = SelectObject(dc, font);
         SIZE size;
         GetTextExtentPoint32A(dc, "Track Title", 11, &size);
         EXPECT_LE(size.cx, width);
         EXPECT_LE(height, 24);
-        EXPECT_GE(height, width / 10) << "and is no smaller than it must be";
+        EXPECT_GE(height, std::min(width / 8, 24)) << "and is no smaller than it must be";
         SelectObject(dc, old);
         DeleteObject(font);
-        DeleteDC(dc);
     }
+    DeleteDC(dc);
     Recorder parent;
     HWND button = CreateTNVButton("B", WS_VISIBLE, 0, 0, 50, 20, parent.window, 700, nullptr);
     CachedFont cached = {};
