@@ -5,6 +5,7 @@
 
 #include <vector>
 
+constexpr ULONGLONG kLookAfterKeyMs = 500;
 constexpr uint32_t kMaxStallMs = 60000;
 constexpr DWORD kMaxTextBytes = 64 * 1024;
 
@@ -60,10 +61,24 @@ static void ReadAll(HKEY key, DriveSettings* settings) {
     *settings = s;
 }
 
-// Asks for the next change. It must be asked before reading, or a change between is never seen.
-static int Arm(const SettingsWatch& watch) {
-    return watch.key && RegNotifyChangeKeyValue(watch.key, FALSE, REG_NOTIFY_CHANGE_LAST_SET,
-                                                watch.changed, TRUE) == ERROR_SUCCESS;
+// The key anew each time: it may have been deleted, and a handle of a deleted key tells nothing of
+// the one that stands in its place.
+static void OpenKey(SettingsWatch* watch) {
+    if (watch->key) RegCloseKey(watch->key);
+    if (RegCreateKeyExW(HKEY_CURRENT_USER, Widen(kDiscDriveKey).c_str(), 0, nullptr, 0,
+                        KEY_READ | KEY_SET_VALUE, nullptr, &watch->key, nullptr) != ERROR_SUCCESS) {
+        watch->key = nullptr;
+    }
+}
+
+// Nobody is told when the key itself is deleted, so it is looked after now and then.
+static int IsKeyLost(SettingsWatch* watch) {
+    const ULONGLONG now = GetTickCount64();
+    if (now - watch->lookedAt < kLookAfterKeyMs) return 0;
+    watch->lookedAt = now;
+    return !watch->key ||
+           RegQueryInfoKeyW(watch->key, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr,
+                            nullptr, nullptr, nullptr, nullptr, nullptr) != ERROR_SUCCESS;
 }
 
 int RefreshSettings(SettingsWatch* watch, DriveSettings* settings) {
@@ -72,23 +87,13 @@ int RefreshSettings(SettingsWatch* watch, DriveSettings* settings) {
         if (!watch->changed) return 0;
     }
     // The system also sets the event when the thread that asked has ended: a needless reading.
-    if (WaitForSingleObject(watch->changed, 0) != WAIT_OBJECT_0) return 0;
-    if (!Arm(*watch)) {
-        // The first time, or the key was deleted meanwhile: then another stands in its place.
-        if (watch->key) RegCloseKey(watch->key);
-        watch->key = nullptr;
-        if (RegCreateKeyExW(HKEY_CURRENT_USER, Widen(kDiscDriveKey).c_str(), 0, nullptr, 0,
-                            KEY_READ | KEY_SET_VALUE, nullptr, &watch->key,
-                            nullptr) != ERROR_SUCCESS) {
-            watch->key = nullptr;
-        }
-        Arm(*watch);
-    }
-    if (watch->key) {
-        ReadAll(watch->key, settings);
-    } else {
-        *settings = {};
-    }
+    if (WaitForSingleObject(watch->changed, 0) != WAIT_OBJECT_0 && !IsKeyLost(watch)) return 0;
+    OpenKey(watch);
+    *settings = {};
+    if (!watch->key) return 1;
+    // Asked for before reading, or a change between the two is never seen.
+    RegNotifyChangeKeyValue(watch->key, FALSE, REG_NOTIFY_CHANGE_LAST_SET, watch->changed, TRUE);
+    ReadAll(watch->key, settings);
     return 1;
 }
 

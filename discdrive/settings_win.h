@@ -19,6 +19,7 @@ struct DriveSettings {
 struct SettingsWatch {
     HKEY key = nullptr;
     HANDLE changed = nullptr;
+    ULONGLONG lookedAt = 0;
 };
 
 // Costs one look at an event while nothing has changed. 1 when `settings` were read anew, as they

@@ -4,8 +4,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cstring>
-
 static const std::string kHead = "FILE \"a b.bin\" BINARY\nTRACK 01 AUDIO\n";
 
 TEST(Cue, ReadsWhatSheetsHold) {
@@ -95,22 +93,17 @@ TEST(Cue, KnowsUtf8) {
         EXPECT_FALSE(IsUtf8(other));
 }
 
-struct WavParts {
-    std::vector<uint8_t> bytes;
-    WavParts& Text(const char* t) {
-        bytes.insert(bytes.end(), t, t + strlen(t));
-        return *this;
-    }
-    WavParts& Number(uint32_t value, int width) {
-        for (int i = 0; i < width; ++i)
-            bytes.push_back(static_cast<uint8_t>(value >> (8 * i)));
-        return *this;
-    }
-    WavParts& Format(uint32_t tag, uint32_t channels, uint32_t rate, uint32_t bits) {
-        Text("fmt ").Number(16, 4).Number(tag, 2).Number(channels, 2).Number(rate, 4);
-        return Number(rate * 4, 4).Number(channels * bits / 8, 2).Number(bits, 2);
-    }
-};
+static std::string Little(uint32_t value, int width) {
+    std::string bytes;
+    for (int i = 0; i < width; ++i)
+        bytes.push_back(static_cast<char>(value >> (8 * i)));
+    return bytes;
+}
+
+static int ReadWav(const std::string& bytes, size_t fileBytes, WavData* data) {
+    return ReadWavHeader({reinterpret_cast<const uint8_t*>(bytes.data()), bytes.size()}, fileBytes,
+                         data);
+}
 
 TEST(Wav, TakesOnlyWhatADiscHolds) {
     const struct {
@@ -123,24 +116,21 @@ TEST(Wav, TakesOnlyWhatADiscHolds) {
         {"float", 3, 2, 44100, 16, 0},
     };
     for (const auto& f : formats) {
-        WavParts w;
-        w.Text("RIFF").Number(0, 4).Text("WAVELIST").Number(3, 4).Text("abc").Number(0, 1);
-        w.Format(f.tag, f.channels, f.rate, f.bits).Text("data").Number(8, 4);
-        const size_t start = w.bytes.size();
-        w.Number(0, 4).Number(0, 4);
+        const std::string head = "RIFF" + Little(0, 4) + "WAVELIST" + Little(3, 4) + "abc" +
+                                 Little(0, 1) + "fmt " + Little(16, 4) + Little(f.tag, 2) +
+                                 Little(f.channels, 2) + Little(f.rate, 4) + Little(f.rate * 4, 4) +
+                                 Little(f.channels * f.bits / 8, 2) + Little(f.bits, 2) + "data" +
+                                 Little(8, 4);
         WavData data;
-        EXPECT_EQ(ReadWavHeader(w.bytes, w.bytes.size(), &data), f.good) << f.why;
+        EXPECT_EQ(ReadWav(head, head.size() + 8, &data), f.good) << f.why;
         if (!f.good) continue;
-        EXPECT_EQ(data.offset, start);
+        EXPECT_EQ(data.offset, head.size());
         EXPECT_EQ(data.bytes, 8u);
-        EXPECT_FALSE(ReadWavHeader(w.bytes, w.bytes.size() - 1, &data)) << "cut off";
-        for (size_t n = 0; n < start; ++n) {
-            const std::vector<uint8_t> head(w.bytes.begin(), w.bytes.begin() + n);
-            EXPECT_FALSE(ReadWavHeader(head, n, &data)) << n << " bytes of head";
-        }
+        EXPECT_FALSE(ReadWav(head, head.size() + 7, &data)) << "cut off";
+        for (size_t n = 0; n < head.size(); ++n)
+            EXPECT_FALSE(ReadWav(head.substr(0, n), n, &data)) << n << " bytes of head";
     }
-    WavParts noFormat;
-    noFormat.Text("RIFF").Number(0, 4).Text("WAVEdata").Number(0, 4);
     WavData data;
-    EXPECT_FALSE(ReadWavHeader(noFormat.bytes, noFormat.bytes.size(), &data));
+    const std::string noFormat = "RIFF" + Little(0, 4) + "WAVEdata" + Little(0, 4);
+    EXPECT_FALSE(ReadWav(noFormat, noFormat.size(), &data));
 }

@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cstring>
+
 constexpr uint64_t kSector = kAudioSectorBytes;
 
 static int Build(const std::string& text, const std::vector<ImageFile>& files, Disc* disc) {
@@ -28,15 +30,9 @@ TEST(Disc, LaysOutGapsSectorSizesAndFiles) {
                       "FILE b.wav WAVE\nTRACK 03 AUDIO\nPREGAP 00:02:00\nINDEX 01 00:00:00\n",
                       {{0, 75 * 2048 + 225 * kSector}, {44, 10 * kSector + 100}}, &d));
     ASSERT_EQ(d.tracks.size(), 3u);
-    const struct {
-        uint32_t start, length;
-        int audio;
-    } tracks[] = {{150, 150, 0}, {300, 150 + 75 + 150, 1}, {675, 11, 1}};
-    for (int i = 0; i < 3; ++i) {
-        EXPECT_EQ(d.tracks[i].start, tracks[i].start) << i;
-        EXPECT_EQ(d.tracks[i].length, tracks[i].length) << i;
-        EXPECT_EQ(d.tracks[i].audio, tracks[i].audio) << i;
-    }
+    const DiscTrack tracks[] = {{150, 150, 0}, {300, 150 + 75 + 150, 1}, {675, 11, 1}};
+    for (int i = 0; i < 3; ++i)
+        EXPECT_EQ(memcmp(&d.tracks[i], &tracks[i], sizeof tracks[i]), 0) << "track " << i + 1;
     EXPECT_EQ(d.end, 686u);
     EXPECT_EQ(Source(d, 150).first, -2) << "data is not played";
     EXPECT_EQ(Source(d, 226), std::make_pair(0, 75 * 2048 + kSector)) << "the gap's second sector";

@@ -6,8 +6,8 @@
 
 #include <mmsystem.h>
 
+#include <fstream>
 #include <string>
-#include <vector>
 
 constexpr DWORD kSectorBytes = 2352;
 
@@ -20,23 +20,7 @@ inline std::string TempFolder() {
 }
 
 inline void PutFile(const std::string& path, const std::string& bytes) {
-    const HANDLE file =
-        CreateFileA(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr);
-    DWORD done;
-    WriteFile(file, bytes.data(), static_cast<DWORD>(bytes.size()), &done, nullptr);
-    CloseHandle(file);
-}
-
-inline std::string GetFile(const std::string& path) {
-    std::string bytes;
-    const HANDLE file = CreateFileA(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE,
-                                    nullptr, OPEN_EXISTING, 0, nullptr);
-    if (file == INVALID_HANDLE_VALUE) return bytes;
-    bytes.resize(GetFileSize(file, nullptr));
-    DWORD done = 0;
-    ReadFile(file, bytes.data(), static_cast<DWORD>(bytes.size()), &done, nullptr);
-    CloseHandle(file);
-    return bytes;
+    std::ofstream(path, std::ios::binary) << bytes;
 }
 
 // Quiet noise: no stretch of it comes twice.
@@ -51,23 +35,15 @@ inline std::string Noise(DWORD frames, uint32_t seed) {
     return bytes;
 }
 
+inline std::string Little(DWORD value, size_t width) {
+    return {reinterpret_cast<const char*>(&value), width};
+}
+
 inline std::string Wav(const std::string& samples, DWORD rate = 44100) {
-    struct {
-        char riff[4] = {'R', 'I', 'F', 'F'};
-        DWORD size = 0;
-        char wave[8] = {'W', 'A', 'V', 'E', 'f', 'm', 't', ' '};
-        DWORD formatSize = 16;
-        WORD tag = 1, channels = 2;
-        DWORD hertz = 0, bytesPerSecond = 0;
-        WORD align = 4, bits = 16;
-        char data[4] = {'d', 'a', 't', 'a'};
-        DWORD dataSize = 0;
-    } head;
-    head.size = static_cast<DWORD>(36 + samples.size());
-    head.hertz = rate;
-    head.bytesPerSecond = rate * 4;
-    head.dataSize = static_cast<DWORD>(samples.size());
-    return std::string(reinterpret_cast<const char*>(&head), sizeof head) + samples;
+    const auto bytes = static_cast<DWORD>(samples.size());
+    return "RIFF" + Little(36 + bytes, 4) + "WAVEfmt " + Little(16, 4) + Little(1, 2) +
+           Little(2, 2) + Little(rate, 4) + Little(rate * 4, 4) + Little(4, 2) + Little(16, 2) +
+           "data" + Little(bytes, 4) + samples;
 }
 
 inline void SetText(const char* name, const std::string& text) {
@@ -129,9 +105,6 @@ inline DWORD Status(MCIDEVICEID device, DWORD item, DWORD flags = 0, DWORD track
     const DWORD error = mciSendCommandA(device, MCI_STATUS, MCI_WAIT | MCI_STATUS_ITEM | flags,
                                         reinterpret_cast<DWORD_PTR>(&parms));
     return error ? error | 0x80000000 : static_cast<DWORD>(parms.dwReturn);
-}
-inline DWORD TrackStatus(MCIDEVICEID device, DWORD item, DWORD track) {
-    return Status(device, item, MCI_TRACK, track);
 }
 inline DWORD Mode(MCIDEVICEID device) {
     return Status(device, MCI_STATUS_MODE);

@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+#include <sstream>
+
 // The disc of most tests: audio, data, audio. Starts: frames 150, 450, 525; end 750.
 constexpr DWORD kFrames1 = 300, kFrames2 = 75, kFrames3 = 225;
 
@@ -122,32 +124,24 @@ TEST_F(Drive, TellsItsTableOfContents) {
 // What the sound server heard, from waveIn; the default source is the monitor of the output.
 struct Recorder {
     HWAVEIN in = nullptr;
-    std::vector<WAVEHDR> headers;
-    std::vector<std::string> buffers;
-    explicit Recorder(DWORD seconds) : headers(seconds * 10), buffers(seconds * 10) {
+    WAVEHDR header = {};
+    std::string bytes = std::string(7 * 176400, '\0');
+    Recorder() {
         WAVEFORMATEX format = {WAVE_FORMAT_PCM, 2, 44100, 176400, 4, 16, 0};
         if (waveInOpen(&in, WAVE_MAPPER, &format, 0, 0, CALLBACK_NULL)) return;
-        for (size_t i = 0; i < buffers.size(); ++i) {
-            buffers[i].resize(17640);
-            headers[i] = {};
-            headers[i].lpData = buffers[i].data();
-            headers[i].dwBufferLength = 17640;
-            waveInPrepareHeader(in, &headers[i], sizeof headers[i]);
-            waveInAddBuffer(in, &headers[i], sizeof headers[i]);
-        }
+        header.lpData = bytes.data();
+        header.dwBufferLength = static_cast<DWORD>(bytes.size());
+        waveInPrepareHeader(in, &header, sizeof header);
+        waveInAddBuffer(in, &header, sizeof header);
         waveInStart(in);
         Sleep(600);
     }
     std::string Finish() {
         Sleep(500);
         waveInReset(in);
-        std::string all;
-        for (WAVEHDR& header : headers) {
-            all.append(header.lpData, header.dwBytesRecorded);
-            waveInUnprepareHeader(in, &header, sizeof header);
-        }
+        waveInUnprepareHeader(in, &header, sizeof header);
         waveInClose(in);
-        return all;
+        return bytes.substr(0, header.dwBytesRecorded);
     }
 };
 
@@ -171,7 +165,7 @@ TEST_F(Drive, PlaysExactlyFromToAndSkipsData) {
     // On a busy machine the sound server stumbles now and then; a driver's fault comes each time.
     std::string difference = "not tried";
     for (int attempt = 0; attempt < 5 && !difference.empty(); ++attempt) {
-        Recorder recorder(7);
+        Recorder recorder;
         ASSERT_NE(recorder.in, nullptr);
         // 02:10 of track 1 to 01:05 of track 3.
         ASSERT_EQ(PlayRange(m_device, MCI_NOTIFY | MCI_FROM | MCI_TO, MakeTmsf(1, 0, 2, 10),
@@ -303,6 +297,13 @@ TEST_F(Drive, DoorAndSwapAbortThePlayAndTakeTime) {
             ASSERT_TRUE(Insert(s_main));
         }
     }
+    // The key may go, and come again: another one, of which nothing was asked.
+    CalmDown();
+    ASSERT_TRUE(WaitForMode(m_device, MCI_MODE_STOP));
+    RegDeleteKeyA(HKEY_CURRENT_USER, kDiscDriveKey);
+    EXPECT_TRUE(WaitForMode(m_device, MCI_MODE_OPEN, 1000)) << "no image, no disc";
+    SetText(kDiscDriveLetter, "D");
+    EXPECT_TRUE(Insert(s_main));
 }
 
 TEST_F(Drive, ABrokenImageIsNoDisc) {
@@ -326,66 +327,45 @@ TEST_F(Drive, ABrokenImageIsNoDisc) {
     EXPECT_EQ(Status(m_device, MCI_STATUS_MEDIA_PRESENT), 0u);
 }
 
-TEST_F(Drive, DiscsOfEverySize) {
+TEST_F(Drive, DiscsOfEverySizeAndFilesOfAnyName) {
+    // The file's name as the system has it, and in the sheets as UTF-8 or in the code page.
     const std::string base = TempFolder();
     for (const int tracks : {0, 1, 99}) {
-        const std::string name = base + "\\size" + std::to_string(tracks);
-        std::string sheet = "FILE \"size" + std::to_string(tracks) + ".bin\" BINARY\n";
+        std::string sheet =
+            tracks == 1 ? "FILE \"\xC3\xA9.bin\" BINARY\n" : "FILE \xE9.bin BINARY\n";
         for (int i = 0; i < tracks; ++i) {
             char line[80];
             wsprintfA(line, "TRACK %02d AUDIO\nINDEX 01 00:%02d:%02d\n", i + 1, i * 10 / 75,
                       i * 10 % 75);
             sheet += line;
         }
-        PutFile(name + ".bin", Noise(tracks * 10, 9));
-        PutFile(name + ".cue", sheet);
-        ASSERT_TRUE(Insert(name + ".cue")) << tracks;
+        PutFile(base + "\\\xE9.bin", Noise(tracks * 10, 9));
+        const std::string cue = base + "\\" + std::to_string(tracks) + ".cue";
+        PutFile(cue, sheet);
+        ASSERT_TRUE(Insert(cue)) << tracks;
         EXPECT_EQ(Status(m_device, MCI_STATUS_NUMBER_OF_TRACKS), static_cast<DWORD>(tracks));
-        EXPECT_EQ(TrackStatus(m_device, MCI_STATUS_LENGTH, tracks),
-                  tracks ? MakeMsf(0, 0, 10) : 0x80000000 | MCIERR_OUTOFRANGE);
         EXPECT_EQ(PlayRange(m_device, MCI_FROM, MakeTmsf(tracks, 0, 0, 0)) == 0, tracks > 0);
+        ASSERT_TRUE(tracks == 0 || Send(m_device, MCI_STOP) == 0);
     }
-    // The folder's name is not of the code page.
-    const std::wstring folder(L"\u65E5\u672C");
-    wchar_t path[MAX_PATH];
-    GetTempPathW(MAX_PATH, path);
-    const std::wstring full = path + folder;
-    CreateDirectoryW(full.c_str(), nullptr);
-    DeleteFileW((full + L"\\101.wav").c_str()); // of a run before
-    const std::string sound = Wav(Noise(4, 7));
-    for (int tracks = 1; tracks <= 101; ++tracks) {
-        wchar_t name[16];
-        wsprintfW(name, L"\\%03d.wav", tracks);
-        const HANDLE file = CreateFileW((full + name).c_str(), GENERIC_WRITE, 0, nullptr,
-                                        CREATE_ALWAYS, 0, nullptr);
-        DWORD done;
-        WriteFile(file, sound.data(), static_cast<DWORD>(sound.size()), &done, nullptr);
-        CloseHandle(file);
-        if (tracks < 100) continue;
-        RegSetKeyValueW(HKEY_CURRENT_USER, L"Software\\TonvistaDiscDrive", L"Image", REG_SZ,
-                        (full + (tracks == 100 ? L"" : L"\\")).c_str(),
-                        static_cast<DWORD>((full.size() + 2) * sizeof(wchar_t)));
-        ASSERT_TRUE(WaitForMode(m_device, MCI_MODE_OPEN, 0));
-        ASSERT_TRUE(WaitForMode(m_device, MCI_MODE_STOP));
-        EXPECT_EQ(Status(m_device, MCI_STATUS_NUMBER_OF_TRACKS), static_cast<DWORD>(tracks));
-        EXPECT_EQ(PlayRange(m_device, MCI_FROM | MCI_WAIT, MakeTmsf(tracks, 0, 0, 0)), 0u);
-        EXPECT_EQ(Status(m_device, MCI_STATUS_CURRENT_TRACK), static_cast<DWORD>(tracks));
+    const std::string folder = base + "\\many";
+    CreateDirectoryA(folder.c_str(), nullptr);
+    DeleteFileA((folder + "\\200.wav").c_str());
+    for (int i = 0; i < 101; ++i) {
+        PutFile(folder + "\\" + std::to_string(100 + i) + ".wav", Wav(Noise(4, 7)));
+        if (i < 99) continue;
+        ASSERT_TRUE(Insert(i == 99 ? folder : folder + "\\"));
+        EXPECT_EQ(Status(m_device, MCI_STATUS_NUMBER_OF_TRACKS), i + 1u);
+        EXPECT_EQ(PlayRange(m_device, MCI_FROM | MCI_WAIT, MakeTmsf(i + 1, 0, 0, 0)), 0u);
+        EXPECT_EQ(Status(m_device, MCI_STATUS_CURRENT_TRACK), i + 1u);
     }
 }
 
 TEST_F(Drive, MannersForTrials) {
     SetNumber(kDiscDriveStall, 300);
-    ULONGLONG start = GetTickCount64();
+    const ULONGLONG start = GetTickCount64();
     Mode(m_device);
     EXPECT_NEAR(static_cast<double>(GetTickCount64() - start), 300, 60);
     SetNumber(kDiscDriveStall, 0);
-    start = GetTickCount64();
-    for (int i = 0; i < 500; ++i)
-        Mode(m_device);
-    const double each = static_cast<double>(GetTickCount64() - start) / 500;
-    RecordProperty("status_ms", std::to_string(each));
-    EXPECT_LT(each, 2.0) << "a command is cheap";
-
     SetNumber(kDiscDriveFailCommand, MCI_PLAY);
     SetNumber(kDiscDriveFailError, MCIERR_DEVICE_LOCKED);
     EXPECT_EQ(PlayRange(m_device, MCI_FROM, MakeTmsf(1, 0, 0, 0)),
@@ -408,9 +388,10 @@ TEST_F(Drive, MannersForTrials) {
     EXPECT_EQ(Status(m_device, MCI_STATUS_POSITION), MakeTmsf(3, 0, 3, 0));
     EXPECT_EQ(Send(m_device, MCI_STOP), 0u);
     EXPECT_EQ(Mode(m_device), static_cast<DWORD>(MCI_MODE_STOP));
-    EXPECT_NE(GetFile(log).find("play flags=0000000d a=3c020003 b=30003 -> 0\r\n"),
-              std::string::npos)
-        << GetFile(log);
+    std::stringstream lines;
+    lines << std::ifstream(log).rdbuf();
+    EXPECT_NE(lines.str().find(" play flags=0000000d a=3c020003 b=30003 -> 0"), std::string::npos)
+        << lines.str();
 }
 
 TEST_F(Drive, AStaleTableOfContentsLastsUntilTheNextOpen) {
@@ -438,21 +419,11 @@ TEST_F(Drive, PlaysOnWhenItsLastProgramHasLeft) {
     EXPECT_NE(Status(m_device, MCI_STATUS_POSITION), MakeMsf(0, 2, 0));
 }
 
-// The second process: opens, plays, and goes without stopping or closing. Its exit code tells
-// whether the disc that was in already was ready at once.
-TEST(DriveGuest, DISABLED_LeavesWhilePlaying) {
-    const MCIDEVICEID device = OpenDevice("D:");
-    const int ready = device && Mode(device) == MCI_MODE_STOP;
-    const DWORD error = PlayRange(device, MCI_NOTIFY | MCI_FROM, MakeMsf(0, 2, 0));
-    Sleep(200);
-    ExitProcess(ready && !error ? 7 : 8);
-}
-
 TEST_F(Drive, AProcessMayEndWhilePlaying) {
-    char command[MAX_PATH + 100];
-    command[0] = '"';
+    char command[MAX_PATH + 40] = "\"";
     GetModuleFileNameA(nullptr, command + 1, MAX_PATH);
-    lstrcatA(command, "\" --gtest_also_run_disabled_tests --gtest_filter=DriveGuest.*");
+    lstrcatA(command, "\" --gtest_filter=Drive.AProcess*");
+    SetEnvironmentVariableA(kGuest, "1");
     STARTUPINFOA startup = {};
     startup.cb = sizeof startup;
     PROCESS_INFORMATION guest;
