@@ -416,3 +416,21 @@ TEST(ComponentWindowThread, LivesAsAComponentDoes) {
     EXPECT_EQ(s_probe.saved, 0);
     Forget();
 }
+
+// Without a pressed button the capture does not reach into another thread's windows.
+TEST(ComponentWindowThread, HoverEndsWhereAnotherThreadsWindowBegins) {
+    Recorder console; // 300 to 700
+    SetSavedPlacement(kId, 700, 300, 300, 200);
+    HWND button = CreateTNVButton("WW", WS_VISIBLE, 340, 50, 60, 40, console.window, 700, nullptr);
+    SetButtonColors(button, 0, 0x808080, 0x00FF00);
+    ComponentThread* thread = ComponentThreadOf(&s_probeWindow);
+    s_probe = {};
+    ASSERT_TRUE(StartComponentThread(thread, GetModuleHandleA(nullptr), console.window));
+    auto hot = [&] { return CountPixels(button, ClientRect(button), 0x00FF00) > 0; };
+    MovePointer(690, 370);
+    EXPECT_TRUE(PumpUntil(hot));
+    MovePointer(720, 370);
+    EXPECT_TRUE(PumpUntil([&] { return !hot(); }));
+    StopComponentThread(thread);
+    Forget();
+}
