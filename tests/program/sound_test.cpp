@@ -2,9 +2,12 @@
 // the disc's titles stand in the database after a restart.
 #include "tests/program/harness.h"
 #include "tests/support/capture_win.h"
+#include "resources/ids.h"
 #include "tests/support/tone_disc.h"
 
-constexpr int kPlay = 704; // the player's "Play" button
+constexpr const char* kPlayer = "CDPlayerUI";
+// Controls of the player.
+constexpr int kTitle = 700, kTrackTime = 703, kPlay = 704, kCdInfo = 734;
 
 namespace {
 class SoundTest : public ProgramTest {
@@ -28,7 +31,7 @@ TEST_F(SoundTest, TrackTwoPlaysBitForBit) {
     Capture capture;
     Command(FindCdEngine(), kCdPlay, 2);
     ASSERT_TRUE(
-        WaitUntil([] { return ChildText(FindComponent("CDPlayerUI"), 703).find("[2]") == 0; }));
+        WaitUntil([] { return ChildText(FindComponent(kPlayer), kTrackTime).find("[2]") == 0; }));
     Sleep(3000);
     Command(FindCdEngine(), kCdStop);
     const auto& sound = capture.Stop();
@@ -41,7 +44,7 @@ TEST_F(SoundTest, TrackTwoPlaysBitForBit) {
 TEST_F(SoundTest, DiscPlaysToItsEndAndSkipsTheDataTrack) {
     Start();
     Capture capture;
-    Command(FindComponent("CDPlayerUI"), kPlay);
+    Command(FindComponent(kPlayer), kPlay);
     SharedPeer peer;
     ASSERT_TRUE(peer.block);
     ASSERT_TRUE(WaitUntil([&] { return peer.block->CdTrack == 1; }));
@@ -53,13 +56,66 @@ TEST_F(SoundTest, DiscPlaysToItsEndAndSkipsTheDataTrack) {
     EXPECT_EQ(MatchLength(sound, At(disc.starts[2]), 64), 0u) << "data is never sound";
 }
 
-TEST_F(SoundTest, NewDiscStandsInTheDatabaseAfterARestart) {
+// ---- titles that somebody typed
+
+static std::string DiscTitle() {
+    return ChildText(FindComponent(kPlayer), kTitle);
+}
+
+// Opens the editor and types a disc title into it; OK is left to the caller.
+static HWND TypeTitle(const char* title) {
+    HWND editor = nullptr;
+    Command(FindComponent(kPlayer), kCdInfo);
+    if (!WaitUntil([&] { return (editor = FindWindowA("#32770", "CD Information")) != nullptr; }))
+        return nullptr;
+    HWND field = Child(editor, IDC_EDITOR_TITLE);
+    Ask(field, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(title));
+    Ask(field, EM_SETMODIFY, TRUE, 0);
+    return editor;
+}
+
+TEST_F(SoundTest, TypedTitleStandsAfterARestart) {
     Start();
-    ASSERT_TRUE(WaitUntil(
-        [] { return GetFileAttributesA(DatabasePath().c_str()) != INVALID_FILE_ATTRIBUTES; }));
+    ASSERT_TRUE(WaitUntil([] { return DiscTitle() == "Unknown CD Title"; })) << DiscTitle();
+    const HWND editor = TypeTitle("Morning Tones");
+    ASSERT_TRUE(editor);
+    Command(editor, IDOK);
+    EXPECT_TRUE(WaitUntil([] { return DiscTitle() == "Morning Tones"; })) << DiscTitle();
     EXPECT_EQ(Close(), 0);
     Start();
-    EXPECT_TRUE(WaitUntil([] {
-        return ChildText(FindComponent("CDPlayerUI"), 700) == "Unknown CD Title";
-    })) << ChildText(FindComponent("CDPlayerUI"), 700);
+    EXPECT_TRUE(WaitUntil([] { return DiscTitle() == "Morning Tones"; })) << DiscTitle();
+}
+
+TEST_F(SoundTest, TitleInAnOpenEditorIsKeptWhenTheProgramCloses) {
+    Start();
+    ASSERT_TRUE(WaitUntil([] { return DiscTitle() == "Unknown CD Title"; }));
+    ASSERT_TRUE(TypeTitle("Half Typed"));
+    EXPECT_EQ(Close(), 0);
+    Start();
+    EXPECT_TRUE(WaitUntil([] { return DiscTitle() == "Half Typed"; })) << DiscTitle();
+}
+
+// Another program holds the database while a title is typed; the disc is taken out before it lets
+// go. The title is stored when the file is free again.
+TEST_F(SoundTest, TitleTypedWhileTheDatabaseIsBusyIsStoredLater) {
+    Start();
+    ASSERT_TRUE(WaitUntil([] { return DiscTitle() == "Unknown CD Title"; }));
+    HANDLE holder = INVALID_HANDLE_VALUE;
+    ASSERT_TRUE(WaitUntil([&] {
+        holder = CreateFileA(DatabasePath().c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0,
+                             nullptr);
+        return holder != INVALID_HANDLE_VALUE;
+    }));
+    const HWND editor = TypeTitle("Patience");
+    ASSERT_TRUE(editor);
+    Command(editor, IDOK);
+    ASSERT_TRUE(WaitUntil([] { return DiscTitle() == "Patience"; })) << DiscTitle();
+    PutImage("");
+    ASSERT_TRUE(WaitUntil([] { return DiscTitle() == "Drive Door is Open"; })) << DiscTitle();
+    CloseHandle(holder);
+    Sleep(2500); // two polls
+    EXPECT_EQ(Close(), 0);
+    PutImage(disc.cue);
+    Start();
+    EXPECT_TRUE(WaitUntil([] { return DiscTitle() == "Patience"; })) << DiscTitle();
 }
