@@ -1,0 +1,328 @@
+// The console: switching components, options that last, the windows as a group, its icon, and the
+// shared block as another program drives it.
+#include "tests/program/harness.h"
+#include "tests/support/tone_disc.h"
+
+constexpr const char* kPlayer = "CDPlayerUI";
+constexpr int kPlayerPower = 739;
+
+static bool IsTopmost(HWND window) {
+    return GetWindowLongA(window, GWL_EXSTYLE) & WS_EX_TOPMOST;
+}
+
+// As another process does it: the console and the engine clear bits meanwhile.
+static void SetFlags(const SharedPeer& peer, uint32_t bits) {
+    char* const at = reinterpret_cast<char*>(peer.block) + SHARED_FIELD(CommandFlags);
+    InterlockedOr(reinterpret_cast<volatile LONG*>(at), static_cast<LONG>(bits));
+}
+
+// Icons in the notification area (Wine's own tray window).
+static int CountTrayIcons(HWND* last = nullptr) {
+    HWND tray = FindWindowA("__winex11_standalone_tray", nullptr), icon = nullptr;
+    int count = 0;
+    while (tray && (icon = FindWindowExA(tray, icon, "__winex11_tray_icon", nullptr))) {
+        ++count;
+        if (last) *last = icon;
+    }
+    return count;
+}
+
+namespace {
+class ConsoleTest : public ProgramTest {
+protected:
+    void StartWithPlayer() {
+        SwitchOn("CDEngineOn");
+        SwitchOn("CDPlayerUI");
+        Start();
+        ASSERT_TRUE(WaitUntil([] { return FindComponent(kPlayer) != nullptr; }));
+    }
+    static void Toggle(UINT command) { Command(FindConsole(), command); }
+    static bool WaitPlayer(bool there) {
+        return WaitUntil([=] { return (FindComponent(kPlayer) != nullptr) == there; });
+    }
+    static bool WaitValue(const char* name, uint32_t value) {
+        return WaitUntil([=] { return ReadWindowDword(1, name, 9) == value; });
+    }
+    // A command with its answer, as windows of the group send it.
+    static LRESULT Send(UINT command, int sender, LPARAM lParam) {
+        LRESULT answer = -1;
+        EXPECT_TRUE(Ask(FindConsole(), WM_COMMAND, MAKEWPARAM(command, sender), lParam, &answer));
+        return answer;
+    }
+};
+} // namespace
+
+TEST_F(ConsoleTest, PlayerBringsItsEngineAndGoesWithIt) {
+    Start();
+    Toggle(kConsoleCdPlayer);
+    ASSERT_TRUE(WaitPlayer(true));
+    EXPECT_TRUE(FindCdEngine());
+    EXPECT_TRUE(WaitValue("CDPlayerUI", 1));
+    EXPECT_TRUE(WaitValue("CDEngineOn", 1));
+    EXPECT_TRUE(WaitUntil([] { return GetForegroundWindow() == FindComponent(kPlayer); }));
+    SharedPeer peer;
+    ASSERT_TRUE(peer.block);
+    EXPECT_EQ(peer.block->RunningFlags, kRunningInstance | kRunningCd);
+    Toggle(kConsoleCdEngine);
+    ASSERT_TRUE(WaitPlayer(false));
+    EXPECT_TRUE(WaitValue("CDPlayerUI", 0));
+    EXPECT_TRUE(WaitValue("CDEngineOn", 0));
+    EXPECT_FALSE(FindCdEngine());
+    EXPECT_EQ(peer.block->RunningFlags, kRunningInstance);
+}
+
+TEST_F(ConsoleTest, RestoresWhatWasOn) {
+    SwitchOn("CDPlayerUI"); // without its engine, which it then brings
+    Start();
+    ASSERT_TRUE(WaitPlayer(true));
+    EXPECT_TRUE(FindCdEngine());
+    EXPECT_EQ(Close(), 0);
+    EXPECT_EQ(ReadWindowDword(1, "CDPlayerUI", 9), 1u);
+    EXPECT_EQ(ReadWindowDword(1, "CDEngineOn", 9), 1u);
+    Start();
+    EXPECT_TRUE(WaitPlayer(true));
+}
+
+TEST_F(ConsoleTest, ClosedNoticesCountForThreadsThatEnded) {
+    StartWithPlayer();
+    const HWND player = FindComponent(kPlayer);
+    // A late notice of an instance that is gone must not switch its successor off.
+    for (const int id : {2, 3, 0, 13, -1})
+        Send(kComponentClosed, 0, id);
+    Sleep(1200); // the timer may have its say too
+    EXPECT_EQ(FindComponent(kPlayer), player);
+    EXPECT_EQ(ReadWindowDword(1, "CDPlayerUI", 9), 1u);
+    Command(player, kPlayerPower);
+    ASSERT_TRUE(WaitPlayer(false));
+    EXPECT_TRUE(WaitValue("CDPlayerUI", 0));
+    EXPECT_TRUE(FindCdEngine());
+    Toggle(kConsoleCdPlayer);
+    EXPECT_TRUE(WaitPlayer(true));
+}
+
+TEST_F(ConsoleTest, OptionsAreWrittenAtOnceAndLast) {
+    const char* const section = "Software\\Tonvista\\UIWindow1";
+    const struct {
+        UINT command;
+        const char *key, *name;
+        uint32_t before;
+    } cases[] = {
+        {kConsoleAlwaysOnTop, section, "AlwaysOnTop", 0},
+        {kConsole3dLook, section, "Use3dLook", 1},
+        {kConsolePreventSaver, section, "PreventSS", 0},
+        {kConsoleLargeFont, section, "DoubleFontSize", 0},
+        {kConsoleLockMovement, kSettingsRoot, "LockMovement", 0},
+        {kConsoleLockWindows, kSettingsRoot, "LockWindows", 0},
+    };
+    // With the player: Wine takes a lone window that owns tooltips for topmost only at times.
+    StartWithPlayer();
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
+        Toggle(c.command);
+        EXPECT_TRUE(WaitUntil([&] { return ReadRegDword(kUserRoot, c.key, c.name) == !c.before; }));
+    }
+    EXPECT_EQ(Send(kAskMovementLocked, 2, 0), 1);
+    EXPECT_EQ(Close(), 0);
+    StartWithPlayer();
+    EXPECT_EQ(Send(kAskMovementLocked, 2, 0), 1);
+    EXPECT_TRUE(WaitUntil([] { return IsTopmost(FindConsole()); }));
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
+        Toggle(c.command); // read at the start, so this turns back
+        EXPECT_TRUE(WaitUntil([&] { return ReadRegDword(kUserRoot, c.key, c.name) == c.before; }));
+    }
+    EXPECT_EQ(Send(kAskMovementLocked, 2, 0), 0);
+}
+
+TEST_F(ConsoleTest, AlwaysOnTopHoldsForTheWholeGroup) {
+    StartWithPlayer();
+    for (const bool on : {true, false}) {
+        SCOPED_TRACE(on);
+        Toggle(kConsoleAlwaysOnTop);
+        EXPECT_TRUE(WaitUntil([=] {
+            return IsTopmost(FindConsole()) == on && IsTopmost(FindComponent(kPlayer)) == on;
+        }));
+    }
+    Toggle(kConsoleAlwaysOnTop);
+    Toggle(kConsoleCdPlayer);
+    ASSERT_TRUE(WaitPlayer(false));
+    Toggle(kConsoleCdPlayer);
+    ASSERT_TRUE(WaitPlayer(true));
+    EXPECT_TRUE(WaitUntil([] { return IsTopmost(FindComponent(kPlayer)); })) << "opened later";
+}
+
+TEST_F(ConsoleTest, GroupMovesAlignsAndStretches) {
+    StartWithPlayer();
+    const HWND console = FindConsole(), player = FindComponent(kPlayer);
+    const auto put = [](HWND window, RECT r) {
+        SetWindowPos(window, nullptr, r.left, r.top, r.right - r.left, r.bottom - r.top,
+                     SWP_NOZORDER | SWP_NOACTIVATE);
+    };
+    const RECT c = {100, 100, 500, 300}, p = {150, 340, 650, 500};
+    const struct {
+        UINT command;
+        int sender;
+        LPARAM lParam;
+        RECT console, player;
+    } cases[] = {
+        {kGroupMove, 2, MAKELPARAM(-30, 20), {70, 120, 470, 320}, p},
+        {kGroupMove, 1, MAKELPARAM(5, -7), c, {155, 333, 655, 493}},
+        {kGroupAlign, 2, VK_LEFT, {150, 100, 550, 300}, p},
+        {kGroupAlign, 1, VK_RIGHT, c, {0, 340, 500, 500}},
+        {kGroupAlign, 2, VK_UP, {100, 340, 500, 540}, p},
+        {kGroupAlign, 7, VK_DOWN, c, {150, 140, 650, 300}}, // others mean the console
+        {kGroupStretch, 2, VK_RIGHT, {100, 100, 650, 300}, p},
+        {kGroupStretch, 1, VK_LEFT, c, {100, 340, 650, 500}},
+        {kGroupStretch, 1, VK_UP, c, {150, 100, 650, 500}},
+        {kGroupAlign, 2, 'Q', c, p},
+    };
+    for (const auto& t : cases) {
+        SCOPED_TRACE(testing::Message() << t.command << " from " << t.sender);
+        put(console, c);
+        put(player, p);
+        Send(t.command, t.sender, t.lParam);
+        const RECT gotConsole = PlaceOf(console), gotPlayer = PlaceOf(player);
+        EXPECT_TRUE(EqualRect(&gotConsole, &t.console))
+            << gotConsole.left << "," << gotConsole.top << "," << gotConsole.right << ","
+            << gotConsole.bottom;
+        EXPECT_TRUE(EqualRect(&gotPlayer, &t.player))
+            << gotPlayer.left << "," << gotPlayer.top << "," << gotPlayer.right << ","
+            << gotPlayer.bottom;
+    }
+}
+
+TEST_F(ConsoleTest, GroupComesForwardTogether) {
+    StartWithPlayer();
+    const HWND console = FindConsole(), player = FindComponent(kPlayer);
+    // A window of somebody else between the two.
+    HWND other = CreateWindowExA(WS_EX_TOOLWINDOW, "STATIC", "other", WS_POPUP | WS_VISIBLE, 0, 0,
+                                 300, 300, nullptr, nullptr, nullptr, nullptr);
+    const auto place = [&](HWND window) { // 0 is the topmost of the three
+        int index = 0;
+        for (HWND w = GetTopWindow(nullptr); w; w = GetWindow(w, GW_HWNDNEXT)) {
+            if (w == window) return index;
+            index += w == console || w == player || w == other;
+        }
+        return -1;
+    };
+    for (const HWND first : {console, player}) {
+        const HWND last = first == console ? player : console;
+        SetWindowPos(last, HWND_BOTTOM, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+        SetWindowPos(other, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+        SetWindowPos(first, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+        ASSERT_EQ(place(last), 2);
+        Send(kGroupRaise, 0, reinterpret_cast<LPARAM>(other)); // not of the group: no effect
+        ASSERT_EQ(place(last), 2);
+        Send(kGroupRaise, 0, reinterpret_cast<LPARAM>(first));
+        EXPECT_EQ(place(first), 0);
+        EXPECT_EQ(place(last), 1);
+    }
+    DestroyWindow(other);
+}
+
+TEST_F(ConsoleTest, MinimizeAllAndTheIcon) {
+    WriteWindowDword(1, "TaskBarIcon", 1);
+    StartWithPlayer();
+    HWND icon = nullptr;
+    ASSERT_TRUE(WaitUntil([&] { return CountTrayIcons(&icon) == 1; }));
+    Toggle(kConsoleMinimizeAll);
+    EXPECT_TRUE(WaitUntil(
+        [] { return IsIconic(FindConsole()) && !IsWindowVisible(FindComponent(kPlayer)); }));
+    Toggle(kConsoleTaskbarOnly); // minimized, but shown: hides it
+    EXPECT_TRUE(WaitValue("TaskBarOnly", 1));
+    EXPECT_FALSE(IsWindowVisible(FindConsole()));
+    PostMessageA(icon, WM_LBUTTONDBLCLK, 0, 0);
+    EXPECT_TRUE(WaitUntil([] {
+        return IsWindowVisible(FindConsole()) && !IsIconic(FindConsole()) &&
+               IsWindowVisible(FindComponent(kPlayer));
+    })) << "all that was put away is back";
+    EXPECT_EQ(Close(), 0);
+    EXPECT_TRUE(WaitUntil([] { return CountTrayIcons() == 0; }));
+    Start(); // with the icon only
+    EXPECT_TRUE(WaitUntil([] { return !IsWindowVisible(FindConsole()) && CountTrayIcons() == 1; }));
+    Toggle(kConsoleTaskbarOnly);
+    EXPECT_TRUE(WaitUntil([] { return IsWindowVisible(FindConsole()) != 0; }));
+    Toggle(kConsoleTaskbarIcon);
+    EXPECT_TRUE(WaitUntil([] { return CountTrayIcons() == 0; }));
+    EXPECT_TRUE(WaitValue("TaskBarIcon", 0));
+}
+
+// The lamp is a disabled window: the console gets its clicks.
+TEST_F(ConsoleTest, LampSwitchesItsEngine) {
+    StartWithPlayer();
+    const HWND console = FindConsole(), lamp = Child(console, kConsoleCdEngine);
+    ASSERT_TRUE(lamp);
+    RECT r = PlaceOf(lamp);
+    POINT at = {(r.left + r.right) / 2, (r.top + r.bottom) / 2};
+    const LPARAM onScreen = MAKELPARAM(at.x, at.y);
+    PostMessageA(console, WM_CONTEXTMENU, reinterpret_cast<WPARAM>(console), onScreen);
+    ASSERT_TRUE(WaitUntil([] { return FindWindowA("#32768", nullptr) != nullptr; }));
+    PostMessageA(console, WM_KEYDOWN, VK_DOWN, 1);
+    PostMessageA(console, WM_KEYDOWN, VK_RETURN, 1); // "Disengage CD Engine"
+    EXPECT_TRUE(WaitPlayer(false));
+    EXPECT_TRUE(WaitUntil([] { return !FindCdEngine(); }));
+    ScreenToClient(console, &at);
+    PostMessageA(console, WM_LBUTTONDBLCLK, MK_LBUTTON, MAKELPARAM(at.x, at.y));
+    EXPECT_TRUE(WaitUntil([] { return FindCdEngine() != nullptr; }));
+}
+
+TEST_F(ConsoleTest, ChildrenStayInsideAtEverySize) {
+    Start();
+    const HWND console = FindConsole();
+    for (const SIZE size : {SIZE{616, 110}, {220, 100}, {742, 114}, {120, 60}, {900, 700}}) {
+        SetWindowPos(console, nullptr, 40, 40, size.cx, size.cy, SWP_NOZORDER | SWP_NOACTIVATE);
+        RECT client;
+        GetClientRect(console, &client);
+        MapWindowPoints(console, nullptr, reinterpret_cast<POINT*>(&client), 2);
+        for (const int id : {kConsoleCdPlayer, kConsoleMinimizeAll, kConsoleClose}) {
+            SCOPED_TRACE(testing::Message() << size.cx << "x" << size.cy << " " << id);
+            const HWND child = Child(console, id);
+            RECT r = PlaceOf(child), both;
+            if (!IsWindowVisible(child)) continue;
+            IntersectRect(&both, &r, &client);
+            EXPECT_TRUE(EqualRect(&both, &r));
+        }
+    }
+}
+
+TEST_F(ConsoleTest, APeerDrivesTheDiscThroughTheSharedBlock) {
+    PutImage(MakeToneDisc(kProgramFolder, "console", {{440, 3000}, {660, 3000}, {550, 3000}}).cue);
+    StartWithPlayer();
+    SharedPeer peer;
+    ASSERT_TRUE(peer.block);
+    volatile SharedControlBlock* const block = peer.block;
+    ASSERT_TRUE(WaitUntil([&] { return block->CdTrackCount == 3; }));
+    EXPECT_STREQ(peer.block->CdTitle, "Unknown CD Title");
+    EXPECT_NE(block->CdIdentity, 0u);
+    block->CommandDrive = static_cast<uint16_t>('-');
+    SetFlags(peer, kCommandPlayCd);
+    EXPECT_TRUE(WaitUntil([&] { return block->CdTrack == 1; }));
+    EXPECT_FALSE(block->CommandFlags & kCommandPlayCd);
+    EXPECT_STREQ(peer.block->CdTrackTitle, "Track 1");
+    const uint32_t tick = block->CdTick;
+    block->RequestedTrack = 3;
+    EXPECT_TRUE(WaitUntil([&] { return block->CdTrack == 3 && !block->RequestedTrack; }));
+    EXPECT_NE(block->CdTick, tick);
+    block->SkipCount = -2;
+    EXPECT_TRUE(WaitUntil([&] { return block->CdTrack == 1 && !block->SkipCount; }));
+    block->SkipCount = 1;
+    EXPECT_TRUE(WaitUntil([&] { return block->CdTrack == 2; }));
+    SetFlags(peer, kCommandRefresh);
+    EXPECT_TRUE(WaitUntil([&] { return !(block->CommandFlags & kCommandRefresh); }));
+    // The wheel with the middle button, and a key that another window forwards.
+    const uint32_t mode = block->CdMode;
+    PostMessageA(FindConsole(), WM_MOUSEWHEEL, MAKEWPARAM(MK_MBUTTON, 120), 0);
+    EXPECT_TRUE(WaitUntil([&] { return block->CdTrack == 3; }));
+    PostMessageA(FindConsole(), WM_MOUSEWHEEL, MAKEWPARAM(MK_MBUTTON, -120), 0);
+    EXPECT_TRUE(WaitUntil([&] { return block->CdTrack == 2; }));
+    Send(kForwardKey, 1, VK_PAUSE);
+    EXPECT_TRUE(WaitUntil([&] { return block->CdMode != mode; }));
+    block->VolumeDelta = 5;
+    EXPECT_TRUE(WaitUntil([&] { return block->VolumeDelta == 0; }));
+    SetFlags(peer, kCommandNew);
+    EXPECT_TRUE(WaitUntil([&] { return !(block->CommandFlags & kCommandNew); }));
+    EXPECT_TRUE(IsWindowVisible(FindConsole()));
+    block->CloseRequest = 1;
+    EXPECT_EQ(program->WaitEnd(), 0);
+    EXPECT_EQ(block->CloseRequest, 0u) << "or the next start would end at once";
+}

@@ -1,0 +1,241 @@
+// From the process's start to the console: installation, hand-over to a running instance, a start
+// that did not finish last time, and what the command line changes.
+#include "tests/program/harness.h"
+
+constexpr const char* kAppPaths =
+    "Software\\Microsoft\\Windows\\CurrentVersion\\App Paths\\tonvista.exe";
+constexpr const char* kOpenDiscFile = "Tonvista.CDPFile\\shell\\open\\command";
+constexpr const char* kMciKey = "Software\\Microsoft\\Windows NT\\CurrentVersion\\MCI";
+constexpr const char* kNotShutDown =
+    "Tonvista was not properly shut down last time. Each component has been turned off and should "
+    "be manually started.";
+
+static std::string RegText(RegRoot root, const char* key, const char* name) {
+    char text[512] = "(none)";
+    ReadRegString(root, key, name, text, sizeof text);
+    return text;
+}
+
+namespace {
+class StartupTest : public ProgramTest {
+protected:
+    // Starts the program without waiting for a console.
+    void Run(const std::string& arguments = "") {
+        delete program;
+        program = new Process(arguments);
+        ASSERT_TRUE(program->handle);
+    }
+    static void ExpectAllOff() {
+        for (const char* name : {"CDEngineOn", "CDPlayerUI"})
+            EXPECT_EQ(ReadWindowDword(1, name, 9), 0u) << name;
+        EXPECT_FALSE(FindCdEngine());
+        EXPECT_FALSE(FindComponent("CDPlayerUI"));
+    }
+};
+
+// A block of the name that the program uses, made before it.
+struct ForeignBlock {
+    explicit ForeignBlock(DWORD size)
+        : mapping(CreateFileMappingA(INVALID_HANDLE_VALUE, nullptr, PAGE_READWRITE, 0, size,
+                                     kSharedBlockName)),
+          bytes(static_cast<uint8_t*>(MapViewOfFile(mapping, FILE_MAP_ALL_ACCESS, 0, 0, size))) {}
+    ~ForeignBlock() {
+        UnmapViewOfFile(bytes);
+        CloseHandle(mapping);
+    }
+    ForeignBlock(const ForeignBlock&) = delete;
+    ForeignBlock& operator=(const ForeignBlock&) = delete;
+    SharedControlBlock* Block() { return reinterpret_cast<SharedControlBlock*>(bytes); }
+    HANDLE mapping;
+    uint8_t* bytes;
+};
+} // namespace
+
+TEST_F(StartupTest, FirstStartInstallsSaysSoAndEnds) {
+    DeleteRegTree(kUserRoot, kSettingsRoot);
+    DeleteRegTree(kMachineRoot, kSettingsRoot);
+    DeleteRegTree(kMachineRoot, kAppPaths);
+    Run();
+    std::string text;
+    ASSERT_TRUE(AnswerBox("Tonvista Install", IDOK, &text));
+    EXPECT_EQ(text, "Tonvista was successfully installed!");
+    EXPECT_EQ(program->WaitEnd(), 0);
+    EXPECT_EQ(RegText(kUserRoot, "Software\\Tonvista\\Saved", "Module"), ProgramPath());
+    EXPECT_EQ(ReadRegDword(kMachineRoot, kSettingsRoot, "LastOK"), 1u);
+    EXPECT_EQ(ReadWindowDword(1, "TaskBarIcon", 9), 1u);
+    EXPECT_EQ(ReadWindowDword(1, "Use3dLook", 9), 1u);
+    EXPECT_EQ(ReadWindowDword(1, "PreventSS", 9), 0u);
+    EXPECT_EQ(ReadWindowDword(1, "IndtrDrkClr", 9), 0xFF8000u) << "of a screen with many colours";
+    EXPECT_EQ(ReadRegDword(kUserRoot, "Software\\Tonvista\\CDEngine", "IntroLength"), 10u);
+    EXPECT_EQ(RegText(kMachineRoot, kAppPaths, ""), ProgramPath());
+    EXPECT_EQ(RegText(kClassesRoot, kOpenDiscFile, ""), "\"" + ProgramPath() + "\" \"%1\"");
+    Start();
+    EXPECT_EQ(Close(), 0);
+}
+
+TEST_F(StartupTest, InstallationKeepsWhatTheUserChose) {
+    WriteWindowDword(1, "BtnFaceClr", 0x123456);
+    WriteWindowDword(1, "TaskBarIcon", 0);
+    Run("/install");
+    ASSERT_TRUE(AnswerBox("Tonvista Install", IDOK));
+    EXPECT_EQ(program->WaitEnd(), 0);
+    EXPECT_EQ(ReadWindowDword(1, "BtnFaceClr", 9), 0x123456u);
+    EXPECT_EQ(ReadWindowDword(1, "TaskBarIcon", 9), 0u);
+    EXPECT_EQ(ReadWindowDword(1, "BtnActClr", 9), 0xFFFFFFu);
+}
+
+TEST_F(StartupTest, InstallationWithoutACdDriveSaysSo) {
+    const std::string driver = RegText(kMachineRoot, kMciKey, "cdaudio");
+    WriteRegString(kMachineRoot, kMciKey, "cdaudio", "mcicda.dll");
+    Run("-installui");
+    std::string text;
+    const bool told = AnswerBox("Tonvista Install Error", IDOK, &text);
+    WriteRegString(kMachineRoot, kMciKey, "cdaudio", driver.c_str());
+    ASSERT_TRUE(told);
+    EXPECT_EQ(text, "No CD Drive Found. Tonvista will not be able to play CDs on this computer.");
+    EXPECT_TRUE(AnswerBox("Tonvista Install", IDOK));
+    EXPECT_EQ(program->WaitEnd(), 0);
+}
+
+TEST_F(StartupTest, RegistrationsAreWrittenOnRequestAndAfterAMove) {
+    for (const bool asked : {true, false}) {
+        SCOPED_TRACE(asked);
+        DeleteRegTree(kClassesRoot, "Tonvista.CDPFile");
+        WriteRegString(kUserRoot, "Software\\Tonvista\\Saved", "Module",
+                       "C:\\Elsewhere\\tonvista.exe");
+        if (asked) {
+            Run("/reg");
+            EXPECT_EQ(program->WaitEnd(), 0);
+            EXPECT_FALSE(FindConsole());
+        } else {
+            Start();
+        }
+        EXPECT_EQ(RegText(kClassesRoot, kOpenDiscFile, ""), "\"" + ProgramPath() + "\" \"%1\"");
+        EXPECT_EQ(RegText(kUserRoot, "Software\\Tonvista\\Saved", "Module"), ProgramPath());
+    }
+}
+
+TEST_F(StartupTest, SecondInstanceHandsOverAndBringsTheConsoleBack) {
+    Start();
+    SharedPeer peer;
+    ASSERT_TRUE(peer.block);
+    const std::string longName = "C:\\a.mp3\\" + std::string(30000, 'X');
+    const struct {
+        std::string arguments, file;
+        uint32_t set, clear;
+    } cases[] = {
+        {"", "", 0, kCommandPlayCd | kCommandOpenFile},
+        {"D:\\Music\\Song.PLS", "d:\\music\\song.pls", kCommandOpenFile, kCommandPlayCd},
+        {"/pplay e:", "", kCommandPlayCd | kCommandNoUi, 0},
+        {"-play", "", kCommandPlayCd, kCommandNoUi},
+        {longName, "c:\\a.mp3\\" + std::string(250, 'x'), kCommandOpenFile, 0},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.arguments.substr(0, 40));
+        Command(FindConsole(), kConsoleMinimizeAll);
+        ASSERT_TRUE(WaitUntil([] { return IsIconic(FindConsole()); }));
+        peer.block->CommandFlags = 0;
+        Process second(c.arguments);
+        EXPECT_EQ(second.WaitEnd(), 1);
+        EXPECT_TRUE(WaitUntil([] { return !IsIconic(FindConsole()); }, 2500));
+        const uint32_t flags = peer.block->CommandFlags;
+        EXPECT_EQ(flags & (c.set | c.clear | kCommandNew), c.set);
+        if (!c.file.empty()) {
+            const std::string file(peer.block->CommandFile, sizeof peer.block->CommandFile);
+            // A name that fills the field has no NUL.
+            EXPECT_EQ(file.substr(0, strnlen(file.c_str(), file.size())), c.file);
+        }
+        if (c.set & kCommandPlayCd) {
+            EXPECT_EQ(peer.block->CommandDrive, '-');
+        }
+    }
+    EXPECT_TRUE(program->Runs());
+}
+
+TEST_F(StartupTest, AStartThatDiedStartsNothingAndSaysSo) {
+    // Where the value is kept: machine-wide, or with a user who may not write there.
+    for (const RegRoot root : {kMachineRoot, kUserRoot}) {
+        SCOPED_TRACE(root);
+        SwitchOn("CDEngineOn");
+        SwitchOn("CDPlayerUI");
+        WriteRegDword(root, kSettingsRoot, "LastOK", kRegDword, 0);
+        Run();
+        std::string text;
+        ASSERT_TRUE(AnswerBox("Possible Error Condition", IDOK, &text));
+        EXPECT_EQ(text, kNotShutDown);
+        ExpectAllOff();
+        EXPECT_EQ(Close(), 0);
+        EXPECT_EQ(ReadLastOk(), 1u);
+        EXPECT_EQ(ReadRegDword(kMachineRoot, kSettingsRoot, "LastOK"), 1u);
+        EXPECT_FALSE(RegValueExists(kUserRoot, kSettingsRoot, "LastOK"));
+    }
+}
+
+TEST_F(StartupTest, NoEnginesTurnsAllOffWithoutAWord) {
+    SwitchOn("CDEngineOn");
+    SwitchOn("CDPlayerUI");
+    Run("/noeng");
+    ASSERT_TRUE(
+        WaitUntil([] { return FindConsole() && ReadWindowDword(1, "CDPlayerUI", 9) == 0; }));
+    EXPECT_LT(AnswerTime(FindConsole()), kPatienceMs);
+    ExpectAllOff();
+    EXPECT_FALSE(FindWindowA("#32770", "Possible Error Condition"));
+}
+
+TEST_F(StartupTest, PlayWithoutUserInterfaceShowsNothing) {
+    SwitchOn("CDEngineOn");
+    SwitchOn("CDPlayerUI");
+    Run("/pplay");
+    ASSERT_TRUE(WaitUntil([] { return FindCdEngine() && FindConsole(); }));
+    ASSERT_TRUE(WaitUntil([] { return ReadLastOk() == 1 && AnswerTime(FindConsole()) < 1000; }));
+    EXPECT_FALSE(IsWindowVisible(FindConsole()));
+    EXPECT_FALSE(FindComponent("CDPlayerUI"));
+    EXPECT_EQ(ReadWindowDword(1, "CDPlayerUI", 9), 1u) << "it comes back at the next usual start";
+    Process second("");
+    EXPECT_EQ(second.WaitEnd(), 1);
+    EXPECT_TRUE(WaitUntil([] { return IsWindowVisible(FindConsole()) != 0; }, 2500));
+}
+
+TEST_F(StartupTest, AForeignBlockEndsTheStartQuietly) {
+    const struct {
+        DWORD size;
+        uint32_t blockSize, version;
+    } cases[] = {{kSharedBlockSize, kSharedBlockSize, kSharedBlockVersion + 1},
+                 {kSharedBlockSize, kSharedBlockSize - 1, kSharedBlockVersion},
+                 {64, kSharedBlockSize, kSharedBlockVersion}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(testing::Message() << c.size << " " << c.blockSize << " " << c.version);
+        ForeignBlock foreign(c.size);
+        ASSERT_TRUE(foreign.bytes);
+        foreign.Block()->BlockSize = c.blockSize;
+        foreign.Block()->BlockVersion = c.version;
+        Run();
+        EXPECT_EQ(program->WaitEnd(), 0);
+        EXPECT_FALSE(FindConsole());
+    }
+}
+
+// Another program may have made the block, and holds it while this one comes and goes.
+TEST_F(StartupTest, FixedFieldsAreFilledIntoABlockThatWasThere) {
+    const uint32_t holds[][2] = {{0, 5}, {1, 1}, {50, 50}, {51, 5}, {0xFFFFFFFF, 5}};
+    ForeignBlock foreign(kSharedBlockSize);
+    ASSERT_TRUE(foreign.bytes);
+    SharedControlBlock* block = foreign.Block();
+    block->BlockSize = kSharedBlockSize;
+    block->BlockVersion = kSharedBlockVersion;
+    for (const auto& hold : holds) {
+        SCOPED_TRACE(hold[0]);
+        block->HoldLimit = hold[0];
+        block->Reserved448[7] = 0x5A;
+        Start();
+        EXPECT_EQ(block->HoldLimit, hold[1]);
+        EXPECT_EQ(block->BuildYear, 2006);
+        EXPECT_EQ(block->BuildMonthDay, 204);
+        EXPECT_EQ(block->BandCentres[0], 150.0f);
+        EXPECT_EQ(block->BandCentres[15], 18000.0f);
+        EXPECT_EQ(block->Reserved448[7], 0x5A) << "of the visuals host";
+        EXPECT_EQ(block->RunningFlags, kRunningInstance);
+        EXPECT_EQ(Close(), 0);
+        EXPECT_EQ(block->RunningFlags, 0u);
+    }
+}
