@@ -20,7 +20,7 @@ static Box& BoxOf(PlayerLayout* layout, int id) {
 
 // Places controls side by side across `area`.
 static void PlaceRow(PlayerLayout* layout, Box area, std::initializer_list<RowPart> parts) {
-    int weights[kMaxRowParts];
+    int weights[kMaxRowParts] = {};
     Box boxes[kMaxRowParts];
     int count = 0;
     for (const RowPart& part : parts)

@@ -59,7 +59,8 @@ void MenuText(char* text, size_t size, const char* title) {
     for (; *title; ++title) {
         const size_t width = *title == '&' ? 2 : 1;
         if (used + width >= size) break;
-        text[used++] = *title;
+        const bool control = static_cast<unsigned char>(*title) < ' ';
+        text[used++] = control ? ' ' : *title;
         if (width == 2) text[used++] = '&';
     }
     if (size) text[used] = 0;

@@ -31,7 +31,8 @@ PlayerTitles TitlesShown(const CDInfoRecord& record, int busy, uint16_t currentT
 const char* BackTip(const CDInfoRecord& record, int busy, uint16_t currentTrack);
 const char* ForwardTip(const CDInfoRecord& record, int busy, uint16_t currentTrack);
 
-// A menu reads "&" as a mark for the next letter; doubled it is shown.
+// A menu reads "&" as a mark for the next letter; doubled it is shown. Control characters, a tab
+// above all, would move the text: they become blanks.
 void MenuText(char* text, size_t size, const char* title);
 
 // ---- the page of track buttons: button k (from 1) stands for track offset + k

@@ -73,8 +73,8 @@ TEST(PlayerText, NeighboursGoRoundTheDisc) {
 
 TEST(PlayerText, MenuTextDoublesItsMarksWithinTheBuffer) {
     char text[8];
-    MenuText(text, sizeof text, "A & B");
-    EXPECT_STREQ(text, "A && B");
+    MenuText(text, sizeof text, "A & \tB");
+    EXPECT_STREQ(text, "A &&  B");
     MenuText(text, sizeof text, "123456&");
     EXPECT_STREQ(text, "123456") << "half a mark would underline the next letter";
 }
