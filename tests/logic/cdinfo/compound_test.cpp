@@ -1,0 +1,244 @@
+// The check of compound files, on one built here by hand so that every field can be spoilt.
+#include "cdinfo/compound.h"
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <string>
+
+#include "cdinfo/index.h"
+
+using Bytes = std::vector<uint8_t>;
+constexpr uint32_t kEnd = 0xFFFFFFFE, kFree = 0xFFFFFFFF, kFatMark = 0xFFFFFFFD;
+
+// Sector 0 FAT, 1-2 directory, 3 mini FAT, 4-5 mini stream, 6-14 a large stream; the last is free.
+constexpr size_t kFat = 512, kDirectory = 1024, kMiniFat = 2048, kLarge = 3584;
+constexpr uint32_t kLargeSize = 4500;
+
+static void Put(Bytes& file, size_t at, uint32_t value, size_t width = 4) {
+    for (size_t i = 0; i < width; ++i)
+        file[at + i] = static_cast<uint8_t>(value >> (8 * i));
+}
+
+static void PutEntry(Bytes& file, int id, const char* name, uint8_t type, uint32_t start,
+                     uint32_t size) {
+    const size_t at = kDirectory + static_cast<size_t>(id) * 128;
+    for (size_t i = 0; name[i]; ++i)
+        Put(file, at + 2 * i, static_cast<uint8_t>(name[i]), 2);
+    Put(file, at + 64, static_cast<uint32_t>(2 * std::strlen(name) + 2), 2);
+    file[at + 66] = type;
+    for (const size_t link : {68, 72, 76})
+        Put(file, at + link, kFree);
+    Put(file, at + 116, start);
+    Put(file, at + 120, size);
+}
+
+static size_t EntryAt(int id) {
+    return kDirectory + static_cast<size_t>(id) * 128;
+}
+
+// "Mappings" at the top; to its left the shorter "Large", of which "Small" is to the right.
+static Bytes MakeFile() {
+    Bytes file(512 * 17);
+    const uint8_t signature[] = {0xD0, 0xCF, 0x11, 0xE0, 0xA1, 0xB1, 0x1A, 0xE1};
+    std::memcpy(file.data(), signature, sizeof signature);
+    const struct {
+        size_t at;
+        uint32_t value;
+        size_t width;
+    } header[] = {{24, 0x3E, 2}, {26, 3, 2}, {28, 0xFFFE, 2}, {30, 9, 2},
+                  {32, 6, 2},    {44, 1, 4}, {48, 1, 4},      {56, 4096, 4},
+                  {60, 3, 4},    {64, 1, 4}, {68, kEnd, 4}};
+    for (const auto& field : header)
+        Put(file, field.at, field.value, field.width);
+    std::memset(file.data() + 76, 0xFF, 512 - 76);
+    Put(file, 76, 0);
+    std::memset(file.data() + kFat, 0xFF, 512);
+    const uint32_t fat[] = {kFatMark, 2, kEnd, kEnd, 5, kEnd, 7, 8, 9, 10, 11, 12, 13, 14, kEnd};
+    for (size_t i = 0; i < 15; ++i)
+        Put(file, kFat + 4 * i, fat[i]);
+    std::memset(file.data() + kMiniFat, 0xFF, 512);
+    const uint32_t mini[] = {kEnd, 3, kFree, 4, kEnd};
+    for (size_t i = 0; i < 5; ++i)
+        Put(file, kMiniFat + 4 * i, mini[i]);
+    PutEntry(file, 0, "Root Entry", 5, 4, 5 * 64);
+    Put(file, EntryAt(0) + 76, 1);
+    PutEntry(file, 1, "Mappings", 2, 0, 16);
+    Put(file, EntryAt(1) + 68, 2);
+    PutEntry(file, 2, "Large", 2, 6, kLargeSize);
+    Put(file, EntryAt(2) + 72, 3);
+    PutEntry(file, 3, "Small", 2, 1, 150);
+    for (uint32_t i = 0; i < kLargeSize; ++i)
+        file[kLarge + i] = static_cast<uint8_t>(i * 7);
+    return file;
+}
+
+static CompoundState Check(const Bytes& file) {
+    CompoundView view;
+    return CheckCompound(file, &view);
+}
+
+TEST(Compound, ReadsASoundFile) {
+    Bytes file = MakeFile();
+    file[2560 + 64] = 'a';
+    file[2560 + 3 * 64] = 'b';
+    file[2560 + 4 * 64 + 21] = 'c';
+    CompoundView view;
+    ASSERT_EQ(kCompoundGood, CheckCompound(file, &view));
+    EXPECT_EQ(3u, view.streams.size());
+    const CompoundStream* large = FindCompoundStream(view, "LARGE");
+    ASSERT_TRUE(large);
+    const Bytes read = ReadCompoundStream(view, *large);
+    ASSERT_EQ(kLargeSize, read.size());
+    EXPECT_EQ(0, std::memcmp(read.data(), file.data() + kLarge, kLargeSize));
+    const Bytes small = ReadCompoundStream(view, *FindCompoundStream(view, "Small"));
+    ASSERT_EQ(150u, small.size());
+    EXPECT_EQ('a', small[0]);
+    EXPECT_EQ('b', small[64]);
+    EXPECT_EQ('c', small[149]);
+    EXPECT_FALSE(FindCompoundStream(view, "Smal"));
+    EXPECT_FALSE(FindCompoundStream(view, "Small2"));
+}
+
+TEST(Compound, WhatIsNone) {
+    EXPECT_EQ(kNotCompound, Check({}));
+    EXPECT_EQ(kNotCompound, Check(Bytes(4096, 'x')));
+    Bytes file = MakeFile();
+    file.resize(7);
+    EXPECT_EQ(kNotCompound, Check(file));
+    for (const size_t size : {8, 512, 1535, 8703}) {
+        file = MakeFile();
+        file.resize(size);
+        EXPECT_EQ(kCompoundDamaged, Check(file)) << size;
+    }
+}
+
+TEST(Compound, EverySpoiltFieldIsSeen) {
+    const struct {
+        const char* what;
+        size_t at;
+        uint32_t value;
+        size_t width;
+    } cases[] = {
+        {"byte order", 28, 0xFEFF, 2},
+        {"sector shift", 30, 12, 2},
+        {"version", 26, 4, 2},
+        {"mini shift", 32, 7, 2},
+        {"mini cutoff", 56, 0, 4},
+        {"no FAT", 44, 0, 4},
+        {"FAT larger than the file", 44, 0x7FFFFFFF, 4},
+        {"second FAT sector missing", 44, 2, 4},
+        {"FAT outside", 76, 999, 4},
+        {"FAT lists without end", 72, 5, 4},
+        {"directory outside", 48, 999, 4},
+        {"directory is the FAT", 48, 0, 4},
+        {"mini FAT shared with the directory", 60, 1, 4},
+        {"FAT sector marked free", kFat, kFree, 4},
+        {"directory chain in a circle", kFat + 4 * 2, 1, 4},
+        {"stream chain in a circle", kFat + 4 * 14, 6, 4},
+        {"stream chain into another", kFat + 4 * 9, 3, 4},
+        {"stream chain too short", kFat + 4 * 13, kEnd, 4},
+        {"stream chain ends as free", kFat + 4 * 14, kFree, 4},
+        {"stream chain outside", kFat + 4 * 9, 16, 4},
+        {"mini chain in a circle", kMiniFat + 4 * 4, 1, 4},
+        {"mini chain shared", kMiniFat + 4 * 4, 0, 4},
+        {"mini chain beyond the root's stream", kMiniFat + 4 * 4, 5, 4},
+        {"root is none", EntryAt(0) + 66, 2, 1},
+        {"root's stream too small", EntryAt(0) + 120, 4 * 64, 4},
+        {"root's stream larger than its chain", EntryAt(0) + 120, 5000, 4},
+        {"child outside", EntryAt(0) + 76, 8, 4},
+        {"child is the root", EntryAt(0) + 76, 0, 4},
+        {"tree in a circle", EntryAt(3) + 68, 1, 4},
+        {"tree points at itself", EntryAt(3) + 72, 3, 4},
+        {"an empty entry in the tree", EntryAt(3) + 68, 5, 4},
+        {"type", EntryAt(3) + 66, 9, 1},
+        {"name length", EntryAt(3) + 64, 66, 2},
+        {"name without end", EntryAt(3) + 64, 8, 2},
+        {"names out of order", EntryAt(3), 'K', 1},
+        {"two of one name", EntryAt(3), 'L', 1}, // see below
+        {"size beyond 4 GB", EntryAt(2) + 124, 1, 4},
+        {"size beyond the chain", EntryAt(2) + 120, 9 * 512 + 1, 4},
+        {"large stream of a small size", EntryAt(2) + 120, 100, 4},
+    };
+    for (const auto& c : cases) {
+        Bytes file = MakeFile();
+        Put(file, c.at, c.value, c.width);
+        if (!std::strcmp(c.what, "two of one name")) {
+            for (size_t i = 0; i < 5; ++i)
+                file[EntryAt(3) + 2 * i] = static_cast<uint8_t>("LARGE"[i]);
+        }
+        EXPECT_EQ(kCompoundDamaged, Check(file)) << c.what;
+    }
+}
+
+// Oddities of other makers that do no harm.
+TEST(Compound, HarmlessOddities) {
+    const struct {
+        const char* what;
+        size_t at;
+        uint32_t value;
+        size_t width;
+    } cases[] = {
+        {"minor version", 24, 0x21, 2},
+        {"a chain longer than its stream", EntryAt(2) + 120, 4097, 4},
+        {"an entry that nobody points at", EntryAt(6) + 66, 2, 1},
+        {"a sector that nobody uses", kFat + 4 * 15, kEnd, 4},
+        {"colour", EntryAt(3) + 67, 1, 1},
+        {"FAT mark of another kind", kFat, kEnd, 4},
+    };
+    for (const auto& c : cases) {
+        Bytes file = MakeFile();
+        Put(file, c.at, c.value, c.width);
+        EXPECT_EQ(kCompoundGood, Check(file)) << c.what;
+    }
+}
+
+TEST(Compound, ComparesStreamsOfTwoFiles) {
+    const Bytes a = MakeFile();
+    Bytes b = MakeFile();
+    b[kLarge + kLargeSize - 1] ^= 1;
+    b[kLarge + kLargeSize] ^= 1; // behind the end of the stream
+    CompoundView viewA, viewB;
+    CheckCompound(a, &viewA);
+    CheckCompound(b, &viewB);
+    const auto same = [&](const char* name) {
+        return IsSameStream(viewA, *FindCompoundStream(viewA, name), viewB,
+                            *FindCompoundStream(viewB, name));
+    };
+    EXPECT_FALSE(same("Large"));
+    EXPECT_TRUE(same("Small"));
+    b[kLarge + kLargeSize - 1] ^= 1;
+    EXPECT_TRUE(same("Large"));
+}
+
+TEST(Index, DropsPairsByEitherSide) {
+    const std::vector<IndexPair> pairs = {{0, 0}, {10, 10}, {11, 10}, {12, 12}, {13, 12}};
+    const struct {
+        uint32_t identity;
+        size_t left;
+        int asEntry;
+    } cases[] = {{10, 3, 1}, {11, 4, 0}, {12, 3, 1}, {13, 4, 0}, {99, 5, 0}, {0, 4, 1}};
+    for (const auto& c : cases) {
+        auto kept = pairs;
+        EXPECT_EQ(c.asEntry, DropIdentity(&kept, c.identity)) << c.identity;
+        EXPECT_EQ(c.left, kept.size()) << c.identity;
+    }
+    Bytes bytes = PackIndex(pairs);
+    EXPECT_EQ(12, bytes[24]);
+    bytes.push_back(1); // a cut pair does not count
+    EXPECT_EQ(pairs, ParseIndex(bytes));
+    EXPECT_EQ(10u, FindPair(pairs, 11)->entry);
+    EXPECT_FALSE(FindPair(pairs, 99));
+}
+
+TEST(Index, EntryNames) {
+    char name[kEntryNameSize];
+    EntryName(0xABCu, name);
+    EXPECT_STREQ("00000ABC", name);
+    uint32_t entry;
+    EXPECT_TRUE(ParseEntryName(u"0000abC0", &entry));
+    EXPECT_EQ(0xABC0u, entry);
+    EXPECT_FALSE(ParseEntryName(u"Mappings", &entry));
+    EXPECT_FALSE(ParseEntryName(u"0000ABC", &entry));
+    EXPECT_FALSE(ParseEntryName(u"0000ABC00", &entry));
+}

@@ -1,0 +1,259 @@
+// Packed entries: what is written, what reads back, and what hostile bytes do.
+#include "cdinfo/record.h"
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "core/text.h"
+
+using Record = std::unique_ptr<CDInfoRecord>;
+using Bytes = std::vector<uint8_t>;
+
+static Record MakeRecord(uint16_t tracks) {
+    auto record = std::make_unique<CDInfoRecord>();
+    record->trackCount = tracks;
+    ApplyDefaults(record.get());
+    for (uint32_t i = 0; i <= tracks; ++i)
+        record->trackStarts[i] = 150 + i * 75 * 61;
+    return record;
+}
+
+static Bytes Pack(const CDInfoRecord& record) {
+    auto buffer = std::make_unique<uint8_t[][kMaxPackedEntry]>(1);
+    size_t length;
+    if (!PackRecord(record, buffer[0], &length)) return {};
+    return Bytes(buffer[0], buffer[0] + length);
+}
+
+static Record Unpack(const Bytes& bytes) {
+    auto record = std::make_unique<CDInfoRecord>();
+    return UnpackEntry(bytes, record.get()) ? std::move(record) : nullptr;
+}
+
+static Record Again(const CDInfoRecord& record) {
+    return Unpack(Pack(record));
+}
+
+TEST(Pack, EveryByteHasItsPlace) {
+    auto record = MakeRecord(2);
+    CopyText(record->title, "Ti");
+    CopyText(record->trackArtists[0], "X");
+    CopyText(record->trackArtists[1], "x");
+    CopyText(record->trackTitles[1], "S");
+    CopyText(record->trackComments[0], "c");
+    record->revision = 0x0102;
+    record->programCount = 1;
+    record->program[0] = {MakeTmsf(2, 0, 0, 1), MakeTmsf(2, 3, 4, 5)};
+    const Bytes expected = {44,  0,                               // length
+                            2,   'T', 'i', 2,   0x81,             // title, tracks, program
+                            2,   0,   0,   1,   2,    3,    4, 5, // one segment
+                            1,   'X', 254, 255, 1,    'S',        // artists, titles
+                            2,   255, 1,   'c', 255,              // level, comments
+                            2,   1,   0,   0,                     // revision
+                            150, 0,   0,   0,   0x75, 0x12, 0, 0, 0x54, 0x24, 0, 0};
+    Bytes packed = Pack(*record);
+    ASSERT_GE(packed.size(), 2u);
+    EXPECT_EQ(packed.size(), static_cast<size_t>(packed[0] | packed[1] << 8));
+    packed[0] = expected[0];
+    EXPECT_EQ(expected, packed);
+}
+
+TEST(Pack, TextsThatChangeOnTheWay) {
+    struct Text {
+        const char* typed;
+        const char* read;
+    };
+    auto record = MakeRecord(5);
+    const Text artists[] = {
+        {"Nina", "Nina"}, {"NINA", "Nina"}, {"ARTIST", "Artist"}, {" Ed ", "Ed"}, {"", ""}};
+    const Text titles[] = {{"track 1", "Track 1"},
+                           {"track 1", "track 1"},
+                           {"TRACK 3", "Track 3"},
+                           {"track 3", "track 3"},
+                           {"  ", ""}};
+    for (int i = 0; i < 5; ++i) {
+        CopyText(record->trackArtists[i], artists[i].typed);
+        CopyText(record->trackTitles[i], titles[i].typed);
+    }
+    CopyText(record->title, "  A title  ");
+    const auto read = Again(*record);
+    ASSERT_TRUE(read);
+    EXPECT_STREQ("A title", read->title);
+    EXPECT_STREQ("Various", read->discArtist);
+    for (int i = 0; i < 5; ++i) {
+        EXPECT_STREQ(artists[i].read, read->trackArtists[i]);
+        EXPECT_STREQ(titles[i].read, read->trackTitles[i]);
+    }
+}
+
+TEST(Pack, CommentsOfEveryLength) {
+    for (const size_t length : {0, 1, 253, 254, 255}) {
+        auto record = MakeRecord(2);
+        std::memset(record->comment, 'a', length);
+        std::memset(record->trackComments[0], 'b', length);
+        CopyText(record->trackComments[1], "last");
+        const auto read = Again(*record);
+        ASSERT_TRUE(read);
+        EXPECT_EQ(length == 255 ? "" : std::string(length, 'a'), read->comment);
+        EXPECT_EQ(length == 255 ? "" : std::string(length, 'b'), read->trackComments[0]);
+        // What follows a comment that is too long is not lost with it.
+        EXPECT_STREQ("last", read->trackComments[1]);
+        EXPECT_EQ(record->trackStarts[2], read->trackStarts[2]);
+    }
+}
+
+TEST(Pack, AFullRecordIsRefusedWhenItDoesNotFit) {
+    auto record = MakeRecord(100);
+    record->programCount = 100;
+    for (int i = 0; i < 100; ++i) {
+        std::memset(record->trackComments[i], 'c', 254);
+        std::memset(record->trackTitles[i], 't', 63);
+        std::memset(record->trackArtists[i], 'a', 63);
+        record->trackArtists[i][0] = static_cast<char>('!' + i);
+    }
+    std::memset(record->title, 't', 63);
+    std::memset(record->comment, 'c', 254);
+    EXPECT_TRUE(Pack(*record).empty());
+    // 161 bytes less: the largest that fits.
+    std::memset(record->trackComments[0], 0, 162);
+    CopyText(record->trackComments[0], std::string(93, 'c').c_str());
+    EXPECT_EQ(kMaxPackedEntry, Pack(*record).size());
+    const auto read = Again(*record);
+    ASSERT_TRUE(read);
+    EXPECT_EQ(100, read->programCount);
+    EXPECT_EQ(0, std::memcmp(read->trackTitles, record->trackTitles, sizeof read->trackTitles));
+    CopyText(record->trackComments[0], std::string(94, 'c').c_str());
+    EXPECT_TRUE(Pack(*record).empty());
+    record = MakeRecord(100);
+    record->trackCount = 101;
+    EXPECT_TRUE(Pack(*record).empty());
+}
+
+TEST(Unpack, TimingComesFromTheEntryOrFromTheDisc) {
+    const auto stored = MakeRecord(3);
+    const Bytes entry = Pack(*stored);
+    auto read = Unpack(entry);
+    EXPECT_EQ(61, read->trackSeconds[2]);
+    EXPECT_EQ(3, read->totalMinutes);
+    EXPECT_EQ(3, read->totalSeconds);
+    auto disc = MakeRecord(2); // the disc says two tracks
+    disc->trackStarts[1] = 9999;
+    CopyText(disc->trackTitles[2], "untouched");
+    ASSERT_TRUE(UnpackEntry(entry, disc.get()));
+    EXPECT_EQ(2, disc->trackCount);
+    EXPECT_EQ(9999u, disc->trackStarts[1]);
+    EXPECT_EQ(0, disc->totalSeconds);
+    EXPECT_STREQ("untouched", disc->trackTitles[2]);
+}
+
+TEST(Unpack, EarlierLayout) {
+    const Bytes entry = {0, 0, 2, 'h', 'i', 2, 3, 0, 1, 200, 255, 254, 1, 'T', 255};
+    auto record = std::make_unique<CDInfoRecord>();
+    record->trackSeconds[1] = 125;
+    CopyText(record->comment, "goes");
+    ASSERT_TRUE(UnpackEntry(entry, record.get()));
+    EXPECT_EQ(3, record->programCount);
+    EXPECT_EQ(MakeTmsf(2, 0, 0, 1), record->program[1].start);
+    EXPECT_EQ(MakeTmsf(2, 2, 5, 0), record->program[1].stop);
+    EXPECT_EQ(MakeTmsf(201, 0, 0, 0), record->program[2].stop);
+    EXPECT_STREQ("Artist", record->trackArtists[1]);
+    EXPECT_STREQ("T", record->trackTitles[0]);
+    EXPECT_STREQ("", record->comment);
+    const auto none = Unpack({0, 0, 0, 1, 0, 255, 255});
+    ASSERT_TRUE(none);
+    EXPECT_EQ(1, none->programCount);
+    EXPECT_EQ(MakeTmsf(1, 0, 0, 1), none->program[0].start);
+    EXPECT_EQ(MakeTmsf(2, 0, 0, 0), none->program[0].stop);
+}
+
+TEST(Unpack, ExtensionLevels) {
+    auto record = MakeRecord(1);
+    record->revision = 7;
+    CopyText(record->comment, "c");
+    Bytes entry = Pack(*record);
+    const size_t level = entry.size() - 8 - 4 - 1 - 2 - 1;
+    ASSERT_EQ(2, entry[level]);
+    for (const uint8_t value : {0, 1, 2, 9}) {
+        entry[level] = value;
+        const auto read = Unpack(entry);
+        ASSERT_TRUE(read);
+        EXPECT_STREQ(value >= 1 ? "c" : "", read->comment);
+        EXPECT_EQ(value >= 2 ? 7 : 0, read->revision);
+        EXPECT_EQ(value >= 2 ? 61 : 0, read->trackSeconds[0]);
+    }
+}
+
+TEST(Unpack, LyingCounts) {
+    EXPECT_FALSE(Unpack({0, 0, 0, 101, 0x80}));
+    EXPECT_FALSE(Unpack({}));
+    EXPECT_FALSE(Unpack({9, 0, 200, 'x'}));
+    auto disc = MakeRecord(3); // the entry's own count decides, also when the disc has one
+    EXPECT_FALSE(UnpackEntry(Bytes{0, 0, 0, 101, 0x80}, disc.get()));
+    Bytes entry = {0, 0, 0, 0, 0xFF}; // 127 segments
+    for (uint8_t i = 0; i < 127; ++i)
+        entry.insert(entry.end(), {i, 0, 0, 0, i, 1, 1, 1});
+    const auto many = Unpack(entry);
+    ASSERT_TRUE(many);
+    EXPECT_EQ(100, many->programCount);
+    EXPECT_EQ(99u, many->program[99].start);
+    // A title of 255 characters is text, kept to 63.
+    Bytes longTitle = {0, 0, 255};
+    longTitle.resize(3 + 255, 'y');
+    longTitle.insert(longTitle.end(), {1, 0x80, 100});
+    longTitle.resize(longTitle.size() + 100, 'z');
+    const auto cut = Unpack(longTitle);
+    ASSERT_TRUE(cut);
+    EXPECT_EQ(std::string(63, 'y'), cut->title);
+    EXPECT_EQ(std::string(63, 'z'), cut->trackArtists[0]);
+    EXPECT_STREQ("", cut->trackTitles[0]); // the entry ends before it
+}
+
+// Cut off at every byte: what stands before the cut is read as it was.
+TEST(Unpack, CutOffAnywhere) {
+    auto record = MakeRecord(4);
+    CopyText(record->title, "Title");
+    for (int i = 0; i < 4; ++i)
+        FormatText(record->trackTitles[i], kTextSize, "Song %d", i);
+    CopyText(record->trackComments[3], "end");
+    const Bytes entry = Pack(*record);
+    for (size_t length = 0; length < entry.size(); ++length) {
+        const auto read = Unpack(Bytes(entry.begin(), entry.begin() + static_cast<long>(length)));
+        ASSERT_EQ(length >= 9, read != nullptr) << length;
+        if (!read) continue;
+        EXPECT_STREQ("Title", read->title);
+        EXPECT_EQ(0u, read->trackStarts[0]); // half a table would give wrong times
+        for (int i = 0; i < 4; ++i) {
+            if (!read->trackTitles[i][0]) continue;
+            EXPECT_STREQ(record->trackTitles[i], read->trackTitles[i]);
+        }
+    }
+}
+
+TEST(Record, WhatIsNotStored) {
+    auto record = MakeRecord(2);
+    EXPECT_FALSE(IsNothingToStore(*record));
+    CopyText(record->title, "DATA cd in drive");
+    EXPECT_TRUE(IsNothingToStore(*record));
+    CopyText(record->title, "");
+    EXPECT_FALSE(IsNothingToStore(*record)); // track 1 has an artist
+    CopyText(record->trackArtists[0], "");
+    EXPECT_TRUE(IsNothingToStore(*record));
+}
+
+TEST(Record, DefaultProgramAndIdentity) {
+    auto record = MakeRecord(3);
+    SetIdentity(record.get(), 0xAB01u);
+    EXPECT_STREQ("0000AB01", record->identityText);
+    DeriveTrackSeconds(record.get());
+    DefaultProgram(record.get());
+    ASSERT_EQ(3, record->programCount);
+    EXPECT_EQ(MakeTmsf(3, 0, 0, 1), record->program[2].start);
+    EXPECT_EQ(MakeTmsf(3, 1, 1, 0), record->program[2].stop);
+    record->trackStarts[1] = 10; // a start before the one before
+    DeriveTrackSeconds(record.get());
+    EXPECT_EQ(0, record->trackSeconds[0]);
+}
