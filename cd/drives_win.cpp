@@ -61,7 +61,7 @@ void WriteDiscImage(const char* path) {
 }
 
 int PutDiscImage(const char* path) {
-    if (!DiscImageDrive()) return 0;
+    if (!DiscImageDrive() || std::strlen(path) >= MAX_PATH) return 0;
     if (!AskEngineForImage(path)) WriteDiscImage(path);
     return 1;
 }

@@ -33,10 +33,10 @@ void SaveCdEngineSettings() {
 }
 
 static int PlayRange(PlayEntry range) {
-    TheCd.watch = PlayWatch{range.to};
     // The device reads track 0 as it likes: the shuffle's empty slot, or an empty program.
     if (!TmsfTrack(range.from) || !TimesAreInTracks()) return 0;
     if (!PlayDisc(TheCd.device, CdThread.Window, range.from, range.to)) return 0;
+    TheCd.watch = PlayWatch{range.to};
     WithCd([&](CDEngineState& state, CDEngineSettings&) {
         PlayStarted(&state, range.from, GetTickCount());
     });

@@ -62,6 +62,7 @@ void JoinPlay() {
     const uint32_t mode = ReadCdMode();
     if (mode != kModePlay && mode != kModePause) return;
     const Tmsf position = ReadCdPosition();
+    TheCd.watch = PlayWatch{}; // where that play is to end nobody can tell: with the disc
     WithCd([&](CDEngineState& state, CDEngineSettings&) {
         FollowPosition(&state, position, GetTickCount());
         state.playing = 1;

@@ -87,7 +87,8 @@ char ChooseCdDrive(char wanted);
 // The letter that the disc drive serves, or 0 while its driver is not the CD-audio driver.
 char DiscImageDrive();
 // Puts an image (a CUE sheet or a folder of WAV files) into the disc drive, or, with an empty
-// path, takes the image out. 0 when the driver is not there or the key can't be written.
+// path, takes the image out; the engine stops play first. 0 when the driver is not there or the
+// path too long.
 int PutDiscImage(const char* path);
 int EjectDiscImage();
 // The image in the drive, an empty text for none. 0 when the driver is not there.

@@ -47,30 +47,39 @@ TEST_F(Engine, SeveralNoticesOfOneEndStepOnce) {
     ASSERT_TRUE(Start());
     Do(kCdPlay);
     s_fake.mode = kModeStop;
-    for (int i = 0; i < 3; ++i) // all before the play that the first of them asks for
-        SendMessageA(EngineWindow(), MM_MCINOTIFY, MCI_NOTIFY_SUCCESSFUL, 0);
+    s_fake.stallMs = 200; // so that all are there before the play that the first of them asks for
+    for (int i = 0; i < 3; ++i)
+        PostMessageA(EngineWindow(), MM_MCINOTIFY, MCI_NOTIFY_SUCCESSFUL, 0);
+    Sleep(50);
+    s_fake.stallMs = 0;
     Drain();
     EXPECT_EQ(s_fake.plays, 2);
     EXPECT_EQ(Now().track, 2);
 }
 
-TEST_F(Engine, DiscTakenOutOfListPlayEndsIt) {
+TEST_F(Engine, DiscTakenOutEndsPlayThatWouldGoOn) {
     SetCdNumber("Random", 1);
     SetCdNumber("Repeat", 1);
-    UseFake(s_short);
+    UseFake({{40, 0, 60}, "1000003"}); // no second of track 2: its lock asks again at each poll
     ASSERT_TRUE(Start());
-    Do(kCdPlay);
-    s_fake.mode = kModeOpen;
-    Poll();
-    Poll();
-    EXPECT_FALSE(CdIsBusy());
-    Poll();
-    EXPECT_STREQ(Now().title, "Drive Door is Open");
+    for (uint32_t flags : {kPlayRandom | kPlayRepeat, 0 | kPlayTrackLock}) {
+        s_fake.mode = kModeStop;
+        Poll();
+        SetCdPlayFlags(flags);
+        Drain();
+        Do(kCdPlay, flags & kPlayTrackLock ? 2 : 0);
+        EXPECT_TRUE(CdIsBusy());
+        s_fake.mode = kModeOpen;
+        for (int i = 0; i < 3; ++i)
+            Poll();
+        EXPECT_FALSE(CdIsBusy()) << flags;
+        EXPECT_STREQ(Now().title, "Drive Door is Open");
+    }
     s_fake.Insert(s_other);
     s_fake.mode = kModeStop;
     Poll();
     EXPECT_EQ(Now().trackCount, 2) << "read through a new open: the fake tells what it opened with";
-    EXPECT_EQ(s_fake.plays, 1);
+    EXPECT_EQ(s_fake.plays, 2);
 }
 
 TEST_F(Engine, SlowDriveKeepsNobodyWaiting) {
@@ -80,7 +89,7 @@ TEST_F(Engine, SlowDriveKeepsNobodyWaiting) {
     s_fake.stallMs = 15000;
     PostCdCommand(kCdPlay, 1);
     PostMessageA(EngineWindow(), WM_TIMER, 700, 0);
-    DWORD longest = 0;
+    std::vector<DWORD> times;
     for (int i = 0; i < 50; ++i) {
         const DWORD start = GetTickCount();
         ++record.revision;
@@ -88,11 +97,14 @@ TEST_F(Engine, SlowDriveKeepsNobodyWaiting) {
         SetCdPlayFlags(i & 1 ? kPlayIntro : kPlayRepeat);
         EXPECT_EQ(Now().trackCount, 3);
         EXPECT_EQ(RegisterCdWindow(m_recorder.window), 1);
-        longest = std::max(longest, GetTickCount() - start);
+        times.push_back(GetTickCount() - start);
         Sleep(10);
     }
-    RecordProperty("longestMs", static_cast<int>(longest));
-    EXPECT_LT(longest, 100u);
+    std::sort(times.begin(), times.end());
+    RecordProperty("medianMs", static_cast<int>(times[25]));
+    EXPECT_LT(times[25], 50u);
+    EXPECT_LT(times[49], 2000u)
+        << "the machine may have been busy, but nobody waited for the drive";
     EXPECT_EQ(Record().revision, record.revision);
 }
 
