@@ -2,12 +2,11 @@
 # The database and a compound-file tool that is not Windows' own (gsf, package libgsf-bin): what
 # the program writes is read with it, and what it writes is read and changed by the program.
 #
-#   tests/foreign/compound.sh BUILD_WIN32_DIR HOST      0: good, 1: not, 77: skipped
+#   tests/foreign/compound.sh [BUILD_WIN32_DIR [HOST]]      0: good, 1: not, 77: skipped
 set -euo pipefail
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)
-[ $# -eq 2 ] || { echo "usage: compound.sh BUILD_WIN32_DIR HOST"; exit 2; }
-tests=$(cd "$1" && pwd)/tests/windows_cdinfo.exe
-host=$2
+tests=${1:-$root/build/win32}/tests/windows_cdinfo.exe
+host=${2:-${TONVISTA_HOST:-foreign}}
 command -v gsf >/dev/null || { echo "skipped: gsf is not installed (package libgsf-bin)"; exit 77; }
 [ -f "$tests" ] || { echo "skipped: $tests is not built"; exit 77; }
 
