@@ -8,6 +8,7 @@
 #include "ui/button_win.h"
 #include "ui/framework_win.h"
 #include "ui/indicator_win.h"
+#include "ui/paint_win.h"
 #include "ui/tooltips_win.h"
 #include "ui/trackbar_win.h"
 
@@ -16,6 +17,12 @@
 constexpr UINT kBrandId = 790;
 constexpr UINT kVolumeId = 791;
 constexpr int kVolumeMax = 100;
+
+// The display strip is darker than the panel round it, as the players' displays are.
+static COLORREF StripColor() {
+    const COLORREF c = Colors.CmpntBkClr;
+    return RGB(GetRValue(c) * 3 / 10, GetGValue(c) * 3 / 10, GetBValue(c) * 3 / 10);
+}
 
 static int IsLamp(int row) {
     return Row(row).traits.kind == kEngineComponent;
@@ -28,6 +35,7 @@ static HWND MakeControl(int row) {
     if (IsLamp(row)) {
         control = CreateTNVIndicator(entry.label, WS_VISIBLE, 0, 0, 0, 0, s_console.window,
                                      entry.traits.command, instance);
+        SetIndicatorBack(control, StripColor());
         AddIndicatorToolTip(s_console.tooltips, s_console.window, control, entry.tip);
     } else {
         control = CreateTNVButtonFromString(entry.label, WS_VISIBLE, 0, 0, 0, 0, s_console.window,
@@ -51,6 +59,7 @@ int CreateConsoleControls() {
     s_console.brand = CreateTNVIndicator(IDS_CONSOLE_BRAND, WS_VISIBLE, 0, 0, 0, 0,
                                          s_console.window, kBrandId, instance);
     SetIndicatorColor(s_console.brand, Colors.BtnActClr);
+    SetIndicatorBack(s_console.brand, StripColor());
     int made = 1;
     for (int row = 0; row < RowCount(); ++row) {
         s_console.controls[row] = MakeControl(row);
@@ -113,6 +122,11 @@ int LampAt(POINT point) {
 }
 
 // ---- layout
+
+static int WantedFontHeight() {
+    return LabelFontHeight(s_console.layout.reference.width, s_console.layout.reference.height,
+                           UIOptions.DoubleFontSize);
+}
 
 // Fonts are made to measure labels by; the last one is kept, as labels are asked size by size.
 struct Measure {
@@ -185,10 +199,9 @@ static void FitLabels() {
     AddLabelled(&all, s_console.minimize, layout.minimize, IDS_CONSOLE_MINIMIZE,
                 IDS_CONSOLE_MINIMIZE_SHORT);
     AddLabelled(&all, s_console.close, layout.close, IDS_CONSOLE_CLOSE, 0);
-    const int wanted =
-        LabelFontHeight(layout.reference.width, layout.reference.height, UIOptions.DoubleFontSize);
     Measure measure = {CreateCompatibleDC(nullptr), nullptr, 0};
-    const int height = FitConsoleLabels(all.labels, all.count, wanted, MeasureLabel, &measure);
+    const int height =
+        FitConsoleLabels(all.labels, all.count, WantedFontHeight(), MeasureLabel, &measure);
     FitStrip(all, height, &measure);
     DropFont(&measure);
     DeleteDC(measure.dc);
@@ -216,7 +229,11 @@ void LayOutControls() {
     int lamps = 0;
     for (int row = 0; row < RowCount(); ++row)
         lamps += IsLamp(row);
-    s_console.layout = LayOutConsole(client.right, client.bottom, RowCount() - lamps, lamps);
+    const int buttons = RowCount() - lamps;
+    s_console.layout = LayOutConsole(client.right, client.bottom, buttons, lamps, 0);
+    // The font follows from the buttons, and the strip should have room for it.
+    s_console.layout =
+        LayOutConsole(client.right, client.bottom, buttons, lamps, WantedFontHeight());
     const ConsoleLayout& layout = s_console.layout;
     FitLabels();
     HDWP places = BeginDeferWindowPos(RowCount() + 4);
@@ -270,6 +287,9 @@ void PaintConsole(HDC dc) {
     const int saved = SaveDC(dc);
     SelectObject(dc, GetStockObject(DC_BRUSH));
     SelectObject(dc, GetStockObject(DC_PEN));
+    const RECT strip = {layout.strip.left, layout.strip.top, layout.strip.left + layout.strip.width,
+                        layout.strip.top + layout.strip.height};
+    FillArea(dc, strip, StripColor());
     if (UIOptions.Use3dLook)
         for (const Box& box : {layout.strip, layout.group, layout.systemGroup})
             SunkenEdge(dc, box, Colors.CmpntBkClr);

@@ -6,9 +6,10 @@
 constexpr int kMaxRows = 4;
 constexpr int kWantedRatio = 35; // width of a button over its height, in tenths
 constexpr int kMaxHeightShare =
-    2;                      // a button is at most 1/2 as high as wide; the strip gets the rest
-constexpr int kDotGap = 3;  // between a lamp and its label
-constexpr int kTextPad = 6; // pixels a label needs beside and above itself
+    2;                         // a button is at most 1/2 as high as wide; the strip gets the rest
+constexpr int kStripInset = 4; // between the strip's edge and what it shows
+constexpr int kDotGap = 3;     // between a lamp and its label
+constexpr int kTextPad = 6;    // pixels a label needs beside and above itself
 
 // What every box is derived from.
 struct Panel {
@@ -18,6 +19,7 @@ struct Panel {
     int areaWidth, contentHeight;
     int rows, columns, systemColumns;
     int cellWidth, rowHeight;
+    int stripText; // height of the text that the strip should have room for
     int stripHeight;
 };
 
@@ -40,7 +42,8 @@ static void SizeCells(Panel* g, int buttons, int rows) {
     const int spaces = (cells - groups) * g->spacing + groups * 2 * g->pad + (groups - 1) * g->gap;
     g->cellWidth = AtLeast0(g->areaWidth - spaces) / cells;
     const int share = rows == 1 ? g->contentHeight * 3 / 10 : g->contentHeight / 4;
-    const int wantedStrip = std::clamp(share, 14, 40);
+    const int text = std::min(g->stripText + 2 + 2 * kStripInset, g->contentHeight * 2 / 5);
+    const int wantedStrip = std::max(std::clamp(share, 14, 40), text);
     const int below = g->contentHeight - wantedStrip - g->gap - 2 * g->pad;
     g->rowHeight = AtLeast0((below - (rows - 1) * g->spacing) / rows);
     g->rowHeight = std::min(g->rowHeight, std::max(g->cellWidth / kMaxHeightShare, 16));
@@ -54,7 +57,7 @@ static int Badness(const Panel& g) {
     return ratio > kWantedRatio ? ratio * 1000 / kWantedRatio : kWantedRatio * 1000 / ratio;
 }
 
-static Panel ChoosePanel(int areaWidth, int contentHeight, int buttons, int tight) {
+static Panel ChoosePanel(int areaWidth, int contentHeight, int buttons, int stripText, int tight) {
     Panel best = {};
     for (int rows = 1; rows <= std::clamp(buttons, 1, kMaxRows); ++rows) {
         Panel g = {};
@@ -63,6 +66,7 @@ static Panel ChoosePanel(int areaWidth, int contentHeight, int buttons, int tigh
         g.spacing = tight ? 2 : 4;
         g.areaWidth = areaWidth;
         g.contentHeight = contentHeight;
+        g.stripText = stripText;
         SizeCells(&g, buttons, rows);
         if (rows == 1 || Badness(g) < Badness(best)) best = g;
     }
@@ -70,7 +74,7 @@ static Panel ChoosePanel(int areaWidth, int contentHeight, int buttons, int tigh
 }
 
 static Box StripInside(const ConsoleLayout& layout) {
-    return InsetBox(layout.strip, layout.strip.height < 24 ? 2 : 4);
+    return InsetBox(layout.strip, layout.strip.height < 24 ? 2 : kStripInset);
 }
 
 static int DotSize(const Box& inner) {
@@ -118,7 +122,7 @@ void TightenStrip(ConsoleLayout* layout, int brandWidth, const int* labelWidths,
     }
 }
 
-ConsoleLayout LayOutConsole(int width, int height, int buttons, int lamps) {
+ConsoleLayout LayOutConsole(int width, int height, int buttons, int lamps, int stripText) {
     ConsoleLayout layout = {};
     buttons = std::clamp(buttons, 0, kMaxComponents);
     lamps = std::clamp(lamps, 0, kMaxComponents);
@@ -132,8 +136,8 @@ ConsoleLayout LayOutConsole(int width, int height, int buttons, int lamps) {
     const int bar = std::min(std::clamp(width / 30, 12, 22), contentWidth);
     layout.volume = {width - kConsoleMargin - bar, kConsoleMargin, bar, contentHeight};
     const Panel g = ChoosePanel(AtLeast0(contentWidth - bar - (tight ? 4 : kConsoleMargin)),
-                                contentHeight, buttons, tight);
-    layout.reference = {0, 0, std::max(g.cellWidth, kMinReference), g.rowHeight};
+                                contentHeight, buttons, stripText, tight);
+    layout.reference = {0, 0, std::clamp(g.cellWidth, kMinReference, kMaxReference), g.rowHeight};
 
     layout.strip = {kConsoleMargin, kConsoleMargin, g.areaWidth, g.stripHeight};
     const int top = kConsoleMargin + g.stripHeight + g.gap;

@@ -5,8 +5,10 @@
 #include "ui/components.h"
 #include "ui/geometry.h"
 
-constexpr int kConsoleMargin = 7;  // between the client's edge and the outermost groups
-constexpr int kMinReference = 120; // smallest width that the font's size is taken from
+constexpr int kConsoleMargin = 7; // between the client's edge and the outermost groups
+// The font is sized by a button of this width at least and at most: readable labels in a small
+// window, calm ones in a wide one.
+constexpr int kMinReference = 120, kMaxReference = 160;
 
 struct ConsoleLayout {
     Box strip; // display strip, with the next three inside
@@ -22,8 +24,9 @@ struct ConsoleLayout {
 };
 
 // `buttons` and `lamps` up to kMaxComponents each. Any size is allowed: no boxes overlap (but a
-// group and its members), and all lie inside the client; too little room makes them empty.
-ConsoleLayout LayOutConsole(int width, int height, int buttons, int lamps);
+// group and its members), and all lie inside the client; too little room makes them empty. The
+// strip gets room for texts of height stripText, up to two fifths of the whole.
+ConsoleLayout LayOutConsole(int width, int height, int buttons, int lamps, int stripText);
 // Moves the name to the strip's left end and the lamps to its right one, each beside its label,
 // once the texts' widths in pixels are known.
 void TightenStrip(ConsoleLayout* layout, int brandWidth, const int* labelWidths, int lamps);

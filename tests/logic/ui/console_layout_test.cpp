@@ -68,7 +68,8 @@ TEST(ConsoleLayout, NothingOverlapsOrLeavesTheClientAtAnySize) {
             for (int height = 0; height <= 420; height += 7) {
                 SCOPED_TRACE(testing::Message() << width << "x" << height << " buttons "
                                                 << counts.buttons << " lamps " << counts.lamps);
-                ConsoleLayout l = LayOutConsole(width, height, counts.buttons, counts.lamps);
+                ConsoleLayout l =
+                    LayOutConsole(width, height, counts.buttons, counts.lamps, height % 40);
                 ExpectSound(l, {width, height}, counts);
                 const int widths[kMaxComponents] = {40, 90, 7, 300, 0, 12};
                 TightenStrip(&l, 70, widths, counts.lamps);
@@ -83,7 +84,7 @@ TEST(ConsoleLayout, MarginsAreEvenAndAllIsShownAtTheBuiltInSizes) {
             SCOPED_TRACE(testing::Message()
                          << size.width << "x" << size.height << " buttons " << counts.buttons);
             const int width = size.width - kFrame, height = size.height - kFrame;
-            const ConsoleLayout l = LayOutConsole(width, height, counts.buttons, counts.lamps);
+            const ConsoleLayout l = LayOutConsole(width, height, counts.buttons, counts.lamps, 16);
             EXPECT_EQ(l.strip.left, kConsoleMargin);
             EXPECT_EQ(l.strip.top, kConsoleMargin);
             EXPECT_EQ(l.group.left, kConsoleMargin);
@@ -106,20 +107,21 @@ static int Measure(const char* text, int fontHeight, void*) {
 TEST(ConsoleLayout, LabelsFitAndStayReadableAtTheBuiltInSizes) {
     for (const Size size : kBuiltIn) {
         SCOPED_TRACE(testing::Message() << size.width << "x" << size.height);
-        const ConsoleLayout l = LayOutConsole(size.width - kFrame, size.height - kFrame, 9, 3);
+        const int width = size.width - kFrame, height = size.height - kFrame;
+        const ConsoleLayout l = LayOutConsole(width, height, 9, 3, 12);
         std::vector<ConsoleLabel> labels;
         for (int i = 0; i < 9; ++i)
             labels.push_back(
                 {"Spectrum Analyzer", "Spec", l.buttons[i].width, l.buttons[i].height, 0});
         labels.push_back({"Minimize", "Min", l.minimize.width, l.minimize.height, 0});
         labels.push_back({"Waves Engine", "Waves", l.lamps[1].width, l.lamps[1].height, 0});
-        const int height = FitConsoleLabels(labels.data(), static_cast<int>(labels.size()),
-                                            l.reference.width / 10, Measure, nullptr);
-        EXPECT_GE(height, 10);
+        const int font = FitConsoleLabels(labels.data(), static_cast<int>(labels.size()),
+                                          l.reference.width / 10, Measure, nullptr);
+        EXPECT_GE(font, 10);
         for (const ConsoleLabel& label : labels) {
             const char* text = label.useShort ? label.shortText : label.longText;
-            EXPECT_LE(Measure(text, height, nullptr), label.width) << text;
-            EXPECT_LE(height, label.height) << text;
+            EXPECT_LE(Measure(text, font, nullptr), label.width) << text;
+            EXPECT_LE(font, label.height) << text;
         }
     }
 }
