@@ -2,6 +2,7 @@
 // play stands is told by the device, not by what was handed to it.
 #include "discdrive/player_win.h"
 
+#include <algorithm>
 #include <mmsystem.h>
 #include <new>
 
@@ -9,8 +10,13 @@ constexpr int kBuffers = 6;
 constexpr uint32_t kBufferFrames = 15;
 constexpr uint32_t kBufferBytes = kBufferFrames * kAudioSectorBytes;
 constexpr DWORD kTickMs = 20;
-// Drivers give the last buffer back up to 30 ms before it is heard, and closing cuts what is not.
-constexpr DWORD kTailMs = 80;
+// Silence behind the last sound, in two parts. Buffers come back some 30 ms before they are heard,
+// and much earlier on a busy machine; closing cuts what is not yet heard; and a sound server that
+// has run dry may hold back a short rest until more comes. So the end is told after the first part,
+// and the device is closed after the second.
+constexpr uint32_t kTailFrames[] = {9, kBufferFrames};
+constexpr int kTails = 2;
+constexpr DWORD kLingerMs = 1000;
 constexpr DWORD kSettleMs = 2000;
 
 struct Sound {
@@ -21,6 +27,7 @@ struct Sound {
     int fileNumber = -1;
     uint32_t next = 0; // the next frame to be read
     int paused = 0;
+    int tails = 0; // given to the device
 };
 
 Play::~Play() {
@@ -74,7 +81,8 @@ static int ReadStretch(const Play& play, Sound& sound, const DiscPiece& part, ch
     return ReadSectorBytes(sound.file, part.offset, to, stored) == stored;
 }
 
-// Frames put into the buffer; -1 when the image can't be read.
+// Frames put into the buffer, of the range or of the silence behind it; 0 after that; -1 when the
+// image can't be read.
 static int FillBuffer(const Play& play, Sound& sound, WAVEHDR& header) {
     uint32_t filled = 0;
     while (filled < kBufferFrames) {
@@ -86,6 +94,10 @@ static int FillBuffer(const Play& play, Sound& sound, WAVEHDR& header) {
         if (!ReadStretch(play, sound, part, header.lpData + filled * kAudioSectorBytes)) return -1;
         filled += part.count;
         sound.next = part.start + part.count;
+    }
+    if (!filled && sound.tails < kTails) {
+        filled = kTailFrames[sound.tails++];
+        ZeroMemory(header.lpData, filled * kAudioSectorBytes);
     }
     return static_cast<int>(filled);
 }
@@ -133,17 +145,6 @@ static void CarryOutPause(Play& play, Sound& sound) {
     SetEvent(play.settled);
 }
 
-// 1 when the last of the sound has been heard; 0 when a stop or a pause came in between.
-static int WaitForTail(const Play& play) {
-    const ULONGLONG until = GetTickCount64() + kTailMs;
-    for (ULONGLONG now; !play.stop && !play.pause;) {
-        now = GetTickCount64();
-        if (now >= until) return 1;
-        WaitForSingleObject(play.wake, static_cast<DWORD>(until - now));
-    }
-    return 0;
-}
-
 static PlayOutcome KeepPlaying(Play& play, Sound& sound) {
     while (!play.stop) {
         CarryOutPause(play, sound);
@@ -151,14 +152,20 @@ static PlayOutcome KeepPlaying(Play& play, Sound& sound) {
         if (queued < 0) return kPlayFailed;
         if (!sound.paused) TellPlace(play, sound);
         play.onTick();
-        if (queued == 0 && !sound.paused) {
-            if (!WaitForTail(play)) continue;
+        if (sound.tails == kTails && queued <= 1) {
             play.frame = play.to;
             return kPlayDone;
         }
         WaitForSingleObject(play.wake, kTickMs);
     }
     return kPlayStopped;
+}
+
+static void Linger(const Play& play, const Sound& sound) {
+    const ULONGLONG until = GetTickCount64() + kLingerMs;
+    const WAVEHDR* const end = sound.headers + kBuffers;
+    while (std::any_of(sound.headers, end, IsQueued) && GetTickCount64() < until)
+        WaitForSingleObject(play.wake, kTickMs);
 }
 
 static DWORD WINAPI PlayThread(void* argument) {
@@ -180,8 +187,15 @@ static DWORD WINAPI PlayThread(void* argument) {
     } else {
         outcome = KeepPlaying(play, sound);
     }
-    CloseSound(sound);
-    play.onEnd(&play, outcome);
+    // After a stop the caller waits for silence; else nobody waits for the device to be closed.
+    if (outcome == kPlayStopped) {
+        CloseSound(sound);
+        play.onEnd(&play, outcome);
+    } else {
+        play.onEnd(&play, outcome);
+        if (outcome == kPlayDone) Linger(play, sound);
+        CloseSound(sound);
+    }
     return 0;
 }
 
