@@ -89,10 +89,12 @@ static int RunInstalled(HINSTANCE instance, const StartRequest& request, UINT ta
     FillFixedFields(year, monthDay);
     FillCommand(request);
     int result = kExitHandedOver;
-    if (running) // its console looks once a second
+    if (running) {                          // its console looks once a second
+        AllowSetForegroundWindow(ASFW_ANY); // the user's click was for that console
         SetSharedBits(SHARED_FIELD(CommandFlags), kCommandNew);
-    else
+    } else {
         result = RunFirstInstance(instance, request, taskbarCreated);
+    }
     SharedControlBlock* block = SharedBlock;
     SharedBlock = nullptr;
     CloseSharedBlock(block);

@@ -80,10 +80,13 @@ int CreateConsoleControls() {
 
 // ---- states
 
+// Seen at once, also where the next thing is a long wait.
 void SetRowLook(int row, int on) {
+    s_console.lit[row] = on;
     if (IsLamp(row)) {
         SetIndicatorColor(s_console.controls[row], on ? Colors.IndtrDrkClr : Colors.IndtrLtClr);
         InvalidateRect(s_console.window, nullptr, FALSE); // its round lamp
+        UpdateWindow(s_console.window);
     } else {
         SetButtonOn(s_console.controls[row], on);
         UpdateWindow(s_console.controls[row]);
@@ -297,6 +300,6 @@ void PaintConsole(HDC dc) {
     for (int row = 0; row < RowCount(); ++row)
         if (IsLamp(row))
             RoundLamp(dc, layout.lampDots[lamp++],
-                      RowIsOn(row) ? Colors.IndtrDrkClr : Colors.IndtrLtClr);
+                      s_console.lit[row] ? Colors.IndtrDrkClr : Colors.IndtrLtClr);
     RestoreDC(dc, saved);
 }

@@ -16,6 +16,7 @@ struct ConsoleState {
     int AlwaysOnTop;
 
     HWND controls[kMaxComponents]; // button or lamp of each row
+    int lit[kMaxComponents];       // its colours are those of "on"
     HWND brand, minimize, close, volume;
     HWND tooltips;
     ConsoleLayout layout;

@@ -241,6 +241,13 @@ static void OnContextMenu(LPARAM lParam) {
     ShowContextMenu(at);
 }
 
+// A lamp, its round part included; 0 when the click was elsewhere.
+static int OnDoubleClick(LPARAM lParam) {
+    const int row = LampAt({GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)});
+    if (row >= 0) ToggleComponent(row);
+    return row >= 0;
+}
+
 static void OnPaint() {
     PAINTSTRUCT paint;
     HDC dc = BeginPaint(s_console.window, &paint);
@@ -287,6 +294,9 @@ static LRESULT CALLBACK ConsoleProc(HWND window, UINT message, WPARAM wParam, LP
     case WM_ENDSESSION:
         if (wParam) DestroyWindow(window); // the process ends without another message
         return 0;
+    case WM_LBUTTONDBLCLK:
+        if (OnDoubleClick(lParam)) return 0;
+        break;
     case WM_PAINT: OnPaint(); return 0;
     case WM_SIZE:
         LayOutControls();

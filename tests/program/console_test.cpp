@@ -225,6 +225,15 @@ TEST_F(ConsoleTest, MinimizeAllAndTheIcon) {
     StartWithPlayer();
     HWND icon = nullptr;
     ASSERT_TRUE(WaitUntil([&] { return CountTrayIcons(&icon) == 1; }));
+    // The shell has lost its icons and says that it is back.
+    NOTIFYICONDATAA lost = {};
+    lost.cbSize = sizeof lost;
+    lost.hWnd = FindConsole();
+    lost.uID = kConsoleIconCallback;
+    Shell_NotifyIconA(NIM_DELETE, &lost);
+    ASSERT_TRUE(WaitUntil([] { return CountTrayIcons() == 0; }));
+    PostMessageA(FindConsole(), RegisterWindowMessageA("TaskbarCreated"), 0, 0);
+    ASSERT_TRUE(WaitUntil([&] { return CountTrayIcons(&icon) == 1; }));
     Toggle(kConsoleMinimizeAll);
     EXPECT_TRUE(WaitUntil(
         [] { return IsIconic(FindConsole()) && !IsWindowVisible(FindComponent(kPlayer)); }));
