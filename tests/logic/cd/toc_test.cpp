@@ -100,25 +100,6 @@ TEST(Toc, KindOfDiscAndItsTexts) {
     }
 }
 
-TEST(Toc, EditsGoOntoTheDiscThatWasRead) {
-    CDInfoRecord read, edited;
-    read.trackCount = 2;
-    read.trackStarts[1] = 999;
-    read.device = 5;
-    std::strcpy(edited.title, "Mine");
-    std::strcpy(edited.trackTitles[1], "Second");
-    edited.programCount = 200; // hostile
-    edited.revision = 9;
-    TakeEdits(&read, edited);
-    EXPECT_STREQ(read.title, "Mine");
-    EXPECT_STREQ(read.trackTitles[1], "Second");
-    EXPECT_EQ(read.revision, 9);
-    EXPECT_EQ(read.programCount, 100);
-    EXPECT_EQ(read.trackCount, 2);
-    EXPECT_EQ(read.trackStarts[1], 999u);
-    EXPECT_EQ(read.device, 5u);
-}
-
 TEST(Drives, WantedOrFirstOrD) {
     const struct {
         uint32_t drives;

@@ -3,28 +3,19 @@
 
 #include "core/platform.h"
 
+#include <mmsystem.h>
+
+#include <algorithm>
 #include <cstring>
 
 FakeDrive s_fake;
 
 constexpr uint32_t kFakeDevice = 77;
 
-decltype(MeasurePollPeriod) RealMeasurePollPeriod;
-decltype(OpenDisc) RealOpenDisc;
-decltype(CloseDisc) RealCloseDisc;
-decltype(SetDiscTimes) RealSetDiscTimes;
-decltype(DiscMode) RealDiscMode;
-decltype(DiscTrackCount) RealDiscTrackCount;
-decltype(DiscPosition) RealDiscPosition;
-decltype(DiscTrackLength) RealDiscTrackLength;
-decltype(DiscTrackStart) RealDiscTrackStart;
-decltype(DiscTracksAgain) RealDiscTracksAgain;
-decltype(DiscTrackIsAudio) RealDiscTrackIsAudio;
-decltype(DiscIdentity) RealDiscIdentity;
-decltype(PlayDisc) RealPlayDisc;
-decltype(PauseDisc) RealPauseDisc;
-decltype(StopDisc) RealStopDisc;
-decltype(MoveDiscDoor) RealMoveDiscDoor;
+// The product's own device beside the fake, so that one program tests with both.
+namespace real {
+#include "cd/disc_device_win.cpp"
+}
 
 void FakeDrive::Insert(const FakeDisc& another) {
     const std::lock_guard guard(lock);
@@ -48,7 +39,7 @@ static int Enter(const char* call) {
 }
 
 #define FAKE(failure, name, ...)                        \
-    if (!s_fake.active) return Real##name(__VA_ARGS__); \
+    if (!s_fake.active) return real::name(__VA_ARGS__); \
     if (!Enter(#name)) return failure;                  \
     const std::lock_guard guard(s_fake.lock)
 
