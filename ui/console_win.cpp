@@ -373,6 +373,7 @@ HWND CreateConsole(const ConsoleStart& start) {
     if (!MakeWindow()) return nullptr;
     ShowConsole();
     RestoreComponents();
+    if (s_console.shuttingDown) return s_console.window; // closed while its message stood there
     RefreshVolumeBar();
     if (s_console.TaskBarOnly) PostMessageA(s_console.window, WM_COMMAND, kConsoleMinimizeAll, 0);
     if (s_console.AlwaysOnTop) { // the toggle sets it again, for all windows

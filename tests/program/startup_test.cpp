@@ -171,6 +171,14 @@ TEST_F(StartupTest, AStartThatDiedStartsNothingAndSaysSo) {
     }
 }
 
+TEST_F(StartupTest, ClosesWhileItsMessageStands) {
+    WriteLastOk(0);
+    Run();
+    ASSERT_TRUE(WaitUntil([] { return FindWindowA("#32770", "Possible Error Condition"); }));
+    EXPECT_EQ(Close(), 0);
+    EXPECT_EQ(ReadLastOk(), 1u);
+}
+
 TEST_F(StartupTest, NoEnginesTurnsAllOffWithoutAWord) {
     SwitchOn("CDEngineOn");
     SwitchOn("CDPlayerUI");
