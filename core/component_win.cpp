@@ -118,6 +118,7 @@ static unsigned __stdcall ThreadMain(void* argument) {
     const LONG ran = InterlockedExchange(&component->Running, 0);
     InterlockedExchange(&component->Ending, 1);
     if (!ran) {
+        if (component->Failed) CallGuarded(component, CleanUp); // of a half-made one
         component->Window = nullptr;
         TellStarter(component);
         return 0;

@@ -20,7 +20,7 @@ struct ComponentThread {
     DWORD stopWaitMs;                 // 0 means kStopWaitMs
     int (*Open)(ComponentThread*);    // on the thread: make everything, set Window; 1 when ready
     void (*Opened)(ComponentThread*); // on the thread, after the starter was told; may be null
-    void (*Close)(ComponentThread*); // on the thread after its loop, and after a fault; may be null
+    void (*Close)(ComponentThread*);  // after the loop, and after any fault; may be null
     void (*Forget)(ComponentThread*); // on the console's thread after a kill: clear globals
 
     // The start record.
