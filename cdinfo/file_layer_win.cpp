@@ -147,19 +147,19 @@ static uint64_t HashPath(const wchar_t* path) {
     return hash;
 }
 
-// 1 when noted. A note of another thread is stale once we own the mutex: that thread was ended
-// while it held it.
 static void ClearLocked(PathLock* lock) {
     if (lock->held) CloseHandle(lock->held);
     CloseHandle(lock->mutex);
     *lock = {};
 }
 
-static int NoteLockLocked(uint64_t name, HANDLE mutex, PathLock** noted) {
+// 1 when noted. A note of another thread is stale once we own the mutex: that thread was ended
+// while it held it. So is our own when the mutex was abandoned: thread ids are used again.
+static int NoteLockLocked(uint64_t name, HANDLE mutex, int abandoned, PathLock** noted) {
     PathLock* free = nullptr;
     for (PathLock& lock : s_files.locks) {
         if (lock.mutex && lock.name == name) {
-            if (lock.thread == GetCurrentThreadId()) return 0;
+            if (lock.thread == GetCurrentThreadId() && !abandoned) return 0;
             ClearLocked(&lock);
         }
         if (!lock.mutex && !free) free = &lock;
@@ -186,7 +186,7 @@ static FileResult LockPath(const wchar_t* path, void** lock) {
     }
     PathLock* noted = nullptr;
     AcquireSRWLockExclusive(&s_files.guard);
-    const int isNoted = NoteLockLocked(name, mutex, &noted);
+    const int isNoted = NoteLockLocked(name, mutex, wait == WAIT_ABANDONED, &noted);
     ReleaseSRWLockExclusive(&s_files.guard);
     if (!isNoted) {
         ReleaseMutex(mutex);

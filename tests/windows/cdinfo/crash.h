@@ -22,11 +22,21 @@ struct CrashPlan {
 static struct {
     CrashPlan* plan;
     int dead;
+    std::wstring dirty; // written and not yet flushed
 } s_disk;
 
 inline uint32_t NextRandom(uint32_t& state) {
     state = state * 1664525u + 1013904223u;
     return state >> 8;
+}
+
+// Sectors that were in the cache only: each is there or not.
+inline void LoseSectors(const std::wstring& path) {
+    Bytes bytes = Slurp(path);
+    for (size_t at = 0; at + 512 <= bytes.size(); at += 512) {
+        if (NextRandom(s_disk.plan->random) % 3 == 0) std::memset(bytes.data() + at, 0, 512);
+    }
+    Spill(path, bytes);
 }
 
 // 1 when the call is to fail; `isHit` tells the one during which the disk stops.
@@ -36,16 +46,8 @@ inline int Fails(int* isHit) {
     if (!FailsNow(s_disk.plan->calls)) return 0;
     *isHit = s_disk.plan->dies;
     s_disk.dead = s_disk.plan->dies;
+    if (s_disk.dead && !s_disk.dirty.empty()) LoseSectors(s_disk.dirty);
     return 1;
-}
-
-// Sectors that were in the cache only: each is there or not.
-inline void LoseSectors(const wchar_t* path) {
-    Bytes bytes = Slurp(path);
-    for (size_t at = 0; at + 512 <= bytes.size(); at += 512) {
-        if (NextRandom(s_disk.plan->random) % 3 == 0) std::memset(bytes.data() + at, 0, 512);
-    }
-    Spill(path, bytes);
 }
 
 inline FileLayer CrashingDisk() {
@@ -60,22 +62,28 @@ inline FileLayer CrashingDisk() {
     };
     disk.write = [](const wchar_t* path, std::span<const uint8_t> bytes) {
         int hit;
-        if (!Fails(&hit)) return SystemFiles().write(path, bytes);
-        if (hit || s_disk.plan->variant) {
-            const size_t cut = NextRandom(s_disk.plan->random) % (bytes.size() + 1);
-            SystemFiles().write(path, bytes.first(cut));
+        if (!Fails(&hit)) {
+            s_disk.dirty = path;
+            return SystemFiles().write(path, bytes);
         }
-        return kFileFailed;
+        if (!hit && !s_disk.plan->variant) return kFileFailed;
+        const size_t cut = NextRandom(s_disk.plan->random) % (bytes.size() + 1);
+        SystemFiles().write(path, bytes.first(cut));
+        // A disk that lies: less is there than it says.
+        return !hit && s_disk.plan->variant == 2 ? kFileOk : kFileFailed;
     };
     disk.flush = [](const wchar_t* path) {
         int hit;
-        if (!Fails(&hit)) return SystemFiles().flush(path);
-        if (hit) LoseSectors(path);
-        return kFileFailed;
+        if (Fails(&hit)) return kFileFailed;
+        s_disk.dirty.clear();
+        return SystemFiles().flush(path);
     };
     disk.replace = [](const wchar_t* path, const wchar_t* fresh, const wchar_t* backup) {
         int hit;
-        if (!Fails(&hit)) return SystemFiles().replace(path, fresh, backup);
+        if (!Fails(&hit)) {
+            if (s_disk.dirty == fresh) s_disk.dirty = path;
+            return SystemFiles().replace(path, fresh, backup);
+        }
         // Refused, stopped half-way, or done without the caller hearing of it.
         if (s_disk.plan->variant % 3 == 1) SystemFiles().move(path, backup);
         if (s_disk.plan->variant % 3 == 2) SystemFiles().replace(path, fresh, backup);
@@ -83,7 +91,10 @@ inline FileLayer CrashingDisk() {
     };
     disk.move = [](const wchar_t* from, const wchar_t* to) {
         int hit;
-        if (!Fails(&hit)) return SystemFiles().move(from, to);
+        if (!Fails(&hit)) {
+            if (s_disk.dirty == from) s_disk.dirty = to;
+            return SystemFiles().move(from, to);
+        }
         if (hit && s_disk.plan->variant % 2) SystemFiles().move(from, to);
         return kFileFailed;
     };
@@ -210,7 +221,7 @@ inline CrashEnd RunPlan(const Scene& scene, CrashPlan& plan) {
     Forget(scene.path);
     if (!scene.base.empty()) Spill(scene.path, scene.base);
     const FileLayer disk = CrashingDisk();
-    s_disk = {&plan, 0};
+    s_disk = {&plan, 0, {}};
     SetStoreFiles(&disk);
     const int result = MakeChange(scene.path, scene.change);
     SetStoreFiles(nullptr);
@@ -218,6 +229,7 @@ inline CrashEnd RunPlan(const Scene& scene, CrashPlan& plan) {
     World world = ReadWorld(scene.path);
     const CrashEnd end = world == scene.after ? kEndNew : world == scene.before ? kEndOld : kEndBad;
     if (end == kEndBad || (result && end == kEndOld)) return kEndBad;
+    if (!result && end == kEndNew && !plan.dies) return kEndBad; // "not stored", and yet it is
     if (!PlatformOpens(scene.path, world)) return kEndBad;
     const auto follow = MakeTypedRecord(kFollowUp, 1);
     if (!AddOrReplace(scene.path.c_str(), *follow, 0, nullptr)) return kEndBad;
