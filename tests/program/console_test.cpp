@@ -250,7 +250,8 @@ TEST_F(ConsoleTest, MinimizeAllAndTheIcon) {
     Start(); // with the icon only
     EXPECT_TRUE(WaitUntil([] { return !IsWindowVisible(FindConsole()) && CountTrayIcons() == 1; }));
     Toggle(kConsoleTaskbarOnly);
-    EXPECT_TRUE(WaitUntil([] { return IsWindowVisible(FindConsole()) != 0; }));
+    EXPECT_TRUE(WaitUntil(
+        [] { return IsWindowVisible(FindConsole()) && IsWindowVisible(FindComponent(kPlayer)); }));
     Toggle(kConsoleTaskbarIcon);
     EXPECT_TRUE(WaitUntil([] { return CountTrayIcons() == 0; }));
     EXPECT_TRUE(WaitValue("TaskBarIcon", 0));

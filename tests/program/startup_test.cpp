@@ -124,7 +124,7 @@ TEST_F(StartupTest, SecondInstanceHandsOverAndBringsTheConsoleBack) {
         std::string arguments, file;
         uint32_t set, clear;
     } cases[] = {
-        {"", "", 0, kCommandPlayCd | kCommandOpenFile},
+        {"", "", 0, kCommandPlayCd | kCommandOpenFile | kCommandNoUi},
         {"D:\\Music\\Song.PLS", "d:\\music\\song.pls", kCommandOpenFile, kCommandPlayCd},
         {"/pplay e:", "", kCommandPlayCd | kCommandNoUi, 0},
         {"-play", "", kCommandPlayCd, kCommandNoUi},
@@ -134,7 +134,7 @@ TEST_F(StartupTest, SecondInstanceHandsOverAndBringsTheConsoleBack) {
         SCOPED_TRACE(c.arguments.substr(0, 40));
         Command(FindConsole(), kConsoleMinimizeAll);
         ASSERT_TRUE(WaitUntil([] { return IsIconic(FindConsole()); }));
-        peer.block->CommandFlags = 0;
+        peer.block->CommandFlags = kCommandNoUi; // of an earlier request
         Process second(c.arguments);
         EXPECT_EQ(second.WaitEnd(), 1);
         EXPECT_TRUE(WaitUntil([] { return !IsIconic(FindConsole()); }, 2500));
