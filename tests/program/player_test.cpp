@@ -28,6 +28,23 @@ protected:
         ASSERT_TRUE(WaitUntil([] { return Text(741) == "D: 01:47"; })) << Text(741);
         player = FindComponent(kPlayer);
     }
+    // Silent tracks as WAV files, as long as a driver lets them be; the last one of 4 s.
+    static std::string MakeFolder(int tracks) {
+        const std::string folder = std::string(kProgramFolder) + "\\folder";
+        CreateDirectoryA(folder.c_str(), nullptr);
+        for (int i = 1; i <= tracks; ++i) {
+            const uint32_t bytes = (i == tracks ? 300 : 75) * kSamplesPerFrame * 4;
+            const uint32_t header[] = {0x46464952, bytes + 36, 0x45564157, 0x20746D66,
+                                       16,         0x20001,    44100,      176400,
+                                       0x100004,   0x61746164, bytes};
+            std::string file(reinterpret_cast<const char*>(header), sizeof header);
+            file.resize(file.size() + bytes);
+            char name[16];
+            snprintf(name, sizeof name, "\\%03d.wav", i);
+            WriteWholeFile(folder + name, file.data(), file.size());
+        }
+        return folder;
+    }
     static std::string Text(int id) { return ChildText(FindComponent(kPlayer), id); }
     static bool Enabled(int id) { return IsWindowEnabled(Child(FindComponent(kPlayer), id)) != 0; }
     static bool TextBegins(int id, const char* begin) {
@@ -127,6 +144,24 @@ TEST_F(PlayerTest, TransportByButtonsKeysAndMenuCommands) {
     EXPECT_TRUE(TextBegins(700, "Drive Door is Open")) << "the image was taken out";
     EXPECT_TRUE(TextBegins(741, "D:"));
     EXPECT_FALSE(Enabled(710));
+}
+
+// The menu's entry for track 100 has the number of the title display.
+TEST_F(PlayerTest, TrackHundredAndADoubleClickOnTheTitleAreToldApart) {
+    PutImage(MakeFolder(100));
+    Start();
+    player = FindComponent(kPlayer);
+    ASSERT_TRUE(WaitUntil([] { return Text(741) == "D: 01:43"; })) << Text(741);
+    Command(player, 700);
+    EXPECT_TRUE(ShowsTrack(100)) << Text(703);
+    EXPECT_FALSE(FindWindowA("#32770", "CD Information"));
+    Command(player, 708);
+    const HWND title = Child(player, 700);
+    PostMessageA(player, WM_COMMAND, MAKEWPARAM(700, 5), reinterpret_cast<LPARAM>(title));
+    EXPECT_TRUE(WaitUntil([] { return FindWindowA("#32770", "CD Information") != nullptr; }));
+    Command(FindWindowA("#32770", "CD Information"), IDCANCEL);
+    EXPECT_TRUE(WaitUntil([] { return !FindWindowA("#32770", "CD Information"); }));
+    EXPECT_LT(AnswerTime(player), 1000u);
 }
 
 TEST_F(PlayerTest, ModesAreToggledShownAndKept) {
