@@ -11,11 +11,12 @@ struct Size {
     int width, height;
 };
 
-// Client sizes: the built-in layouts' (less a frame of 4 at each side), larger ones, small ones.
-static const Size kSizes[] = {{608, 138}, {608, 113}, {654, 126},  {645, 124},  {734, 160},
-                              {734, 164}, {544, 126}, {1192, 292}, {1592, 200}, {1592, 500},
-                              {292, 92},  {292, 292}, {480, 113},  {493, 113},  {494, 113},
-                              {400, 92},  {1592, 92}};
+// Client sizes: the built-in layouts' (less a frame of 4 at each side), the default placement's,
+// larger ones, small ones.
+static const Size kSizes[] = {{608, 138},  {608, 113}, {654, 126}, {645, 124},  {734, 160},
+                              {734, 164},  {492, 192}, {544, 126}, {1192, 292}, {1592, 200},
+                              {1592, 500}, {292, 92},  {292, 292}, {480, 113},  {493, 113},
+                              {494, 113},  {400, 92},  {1592, 92}};
 
 static int Right(const Box& box) {
     return box.left + box.width;
@@ -24,8 +25,9 @@ static int Bottom(const Box& box) {
     return box.top + box.height;
 }
 
+// Also when they merely touch: a pixel of background stands between any two.
 static bool Overlap(const Box& a, const Box& b) {
-    return a.left < Right(b) && b.left < Right(a) && a.top < Bottom(b) && b.top < Bottom(a);
+    return a.left <= Right(b) && b.left <= Right(a) && a.top <= Bottom(b) && b.top <= Bottom(a);
 }
 
 static std::string At(const Size& size, int id) {
@@ -125,14 +127,13 @@ TEST(PlayerLayout, LettersFitTheirBoxes) {
     }
 }
 
-// The built-in layouts must be readable.
-TEST(PlayerLayout, BuiltInSizesHaveReadableLetters) {
-    for (int i = 0; i < 6; ++i) {
+TEST(PlayerLayout, UsualSizesHaveReadableLetters) {
+    for (int i = 0; i < 7; ++i) {
         int fonts[kPlayerFonts];
         PlayerFontSizes(LayOutPlayer(kSizes[i].width, kSizes[i].height), ArialWidths(), 0, fonts);
         for (int font = 0; font < kPlayerFonts; ++font)
-            EXPECT_GE(fonts[font], 9) << At(kSizes[i], font);
-        EXPECT_GE(fonts[kFontTimes], 12) << At(kSizes[i], 0);
+            EXPECT_GE(fonts[font], 10) << At(kSizes[i], font);
+        EXPECT_GE(fonts[kFontTimes], 14) << At(kSizes[i], 0);
     }
 }
 
