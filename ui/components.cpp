@@ -13,18 +13,6 @@ int RowOfRestoreRank(const ComponentTraits* rows, int count, int rank) {
     return -1;
 }
 
-int RowOfCommand(const ComponentTraits* rows, int count, int command) {
-    for (int i = 0; i < count; ++i)
-        if (command && rows[i].command == command) return i;
-    return -1;
-}
-
-int RowOfWindowId(const ComponentTraits* rows, int count, int windowId) {
-    for (int i = 0; i < count; ++i)
-        if (windowId && rows[i].windowId == windowId) return i;
-    return -1;
-}
-
 // Rows of equal rank keep their table order.
 template <typename Rank> static void SortRows(int* order, int count, Rank rank) {
     std::stable_sort(order, order + count, [&](int a, int b) { return rank(a) < rank(b); });

@@ -20,9 +20,8 @@ constexpr uint16_t kMediaWindowId = 9;
 constexpr uint16_t kLayoutsWindowId = 12;
 
 constexpr int kMaxComponents = 16;
-constexpr int kRestoreRanks =
-    10; // ranks 1..10; a rank that no row has counts as a step all the same
-constexpr int kLoadingSteps = 9; // range of the loading dialog's bar
+constexpr int kRestoreRanks = 10; // ranks 1..10; one that no row has is a step all the same
+constexpr int kLoadingSteps = 9;  // range of the loading dialog's bar
 constexpr int kWindowSlots = 8;
 
 struct ComponentTraits {
@@ -38,10 +37,8 @@ struct ComponentTraits {
     uint8_t dependantsFirst; // engines: dependants stop before the engine, else after it
 };
 
-// Row of a rank, command or window id; -1 when there is none. `rows` may hold any count of rows.
+// Row of a rank; -1 when there is none.
 int RowOfRestoreRank(const ComponentTraits* rows, int count, int rank);
-int RowOfCommand(const ComponentTraits* rows, int count, int command);
-int RowOfWindowId(const ComponentTraits* rows, int count, int windowId);
 
 // Rows in the order in which shutdown stops them; returns how many (count).
 int ShutdownOrder(const ComponentTraits* rows, int count, int order[kMaxComponents]);

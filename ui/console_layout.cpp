@@ -4,12 +4,11 @@
 #include <algorithm>
 
 constexpr int kMaxRows = 4;
-constexpr int kWantedRatio = 35; // width of a button over its height, in tenths
-constexpr int kMaxHeightShare =
-    2;                         // a button is at most 1/2 as high as wide; the strip gets the rest
-constexpr int kStripInset = 4; // between the strip's edge and what it shows
-constexpr int kDotGap = 3;     // between a lamp and its label
-constexpr int kTextPad = 6;    // pixels a label needs beside and above itself
+constexpr int kWantedRatio = 35;   // width of a button over its height, in tenths
+constexpr int kMaxHeightShare = 2; // a button is at most 1/2 as high as wide
+constexpr int kStripInset = 4;     // between the strip's edge and what it shows
+constexpr int kDotGap = 3;         // between a lamp and its label
+constexpr int kTextPad = 6;        // pixels a label needs beside and above itself
 
 // What every box is derived from.
 struct Panel {
