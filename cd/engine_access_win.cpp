@@ -52,12 +52,14 @@ int RegisterCdWindow(HWND window) {
     int registered = 0;
     if (!window) return 0;
     WithCd([&](CDEngineState&, CDEngineSettings&) {
+        for (HWND slot : TheCd.windows)
+            if (slot == window) registered = 2;
         for (HWND& slot : TheCd.windows) {
+            if (registered) return;
             // A window whose thread was killed could not say goodbye.
-            if (slot && slot != window && IsWindow(slot)) continue;
+            if (slot && IsWindow(slot)) continue;
             slot = window;
             registered = 1;
-            return;
         }
     });
     return registered;

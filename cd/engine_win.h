@@ -72,7 +72,9 @@ int SetCdRecord(const CDInfoRecord& record);
 void PostCdCommand(uint32_t command, LPARAM argument);
 void ChangeCdDrive(char letter);
 
-// At most five windows are told of changes. 0: no slot free, or (unregister) not registered.
+// At most five windows are told of changes. Register: 1, 2 when it was registered already, 0 when
+// no slot is free. Unregister: 1, 0 when it was not registered. An engine that dies forgets its
+// windows, so each registers again now and then (on its timer), and reads anew when that gives 1.
 int RegisterCdWindow(HWND window);
 int UnregisterCdWindow(HWND window);
 

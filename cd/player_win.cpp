@@ -139,6 +139,10 @@ static void Refresh(PlayerWindow* player) {
 }
 
 static void OnTimer(PlayerWindow* player) {
+    // The engine may have died since, and another one may have taken its place.
+    const int before = player->registered;
+    player->registered = RegisterCdWindow(player->window);
+    if (player->registered == 1 || (before && !player->registered)) Refresh(player);
     GetCdSnapshot(&player->now);
     ShowTimes(player);
 }
@@ -293,7 +297,8 @@ static int OnCreateControls(HWND window) {
     s_player.segmentStart = kNoSegmentStart;
     if (!CreatePlayerControls(&s_player)) return 0;
     if (!SetTimer(window, kTimerId, kTimerMs, nullptr)) return 0;
-    if (!RegisterCdWindow(window)) return 0;
+    s_player.registered = RegisterCdWindow(window);
+    if (!s_player.registered) return 0;
     Refresh(&s_player);
     ShowTimes(&s_player);
     return 1;
