@@ -234,8 +234,8 @@ static void CloseEngine(ComponentThread*) {
     ForgetState();
 }
 
-// The thread was killed, most likely inside a driver's call. The device stays open: MCI lets
-// nobody but its thread close it.
+// The thread was killed, most likely inside a driver's call, or has faulted. If it could not close
+// the device, that stays open: MCI lets nobody else close it.
 static void ForgetEngine(ComponentThread*) {
     ForgetState();
     StorePendingRecords(kStoreAtStopMs);

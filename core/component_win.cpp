@@ -190,11 +190,13 @@ int StopComponentThread(ComponentThread* component) {
     const HWND window = component->Window;
     if (window && !component->Ending) PostMessageA(window, WM_CLOSE, 0, 0);
     const DWORD waitMs = component->stopWaitMs ? component->stopWaitMs : kStopWaitMs;
-    if (!WaitAnswering(component->Thread, waitMs)) {
+    const int ended = WaitAnswering(component->Thread, waitMs);
+    if (!ended) {
         TerminateThread(component->Thread, 0);
         WaitForSingleObject(component->Thread, 100);
-        if (component->Forget) component->Forget(component);
     }
+    const int cleanedUp = ended && component->Ending && !component->Failed;
+    if (component->Forget && !cleanedUp) component->Forget(component);
     ForgetThread(component);
     return 1;
 }

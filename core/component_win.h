@@ -21,7 +21,9 @@ struct ComponentThread {
     int (*Open)(ComponentThread*);    // on the thread: make everything, set Window; 1 when ready
     void (*Opened)(ComponentThread*); // on the thread, after the starter was told; may be null
     void (*Close)(ComponentThread*);  // after the loop, and after any fault; may be null
-    void (*Forget)(ComponentThread*); // on the console's thread after a kill: clear globals
+    // On the console's thread, when the thread was killed or its clean-up may have been cut off by
+    // a fault: clear the module's globals. May be null.
+    void (*Forget)(ComponentThread*);
 
     // The start record.
     HINSTANCE Instance;
