@@ -7,8 +7,18 @@
 
 SharedControlBlock* SharedBlock = nullptr;
 
+constexpr DWORD kFillMs = 200; // far more than its maker needs to fill a new block in
+
 // The view keeps the mapping alive; the handle is kept with it so that both end together.
 static HANDLE s_mapping;
+
+// Of two instances started at once the later one may find the block still empty.
+static int IsOurs(volatile const SharedControlBlock* block) {
+    const DWORD start = GetTickCount();
+    while (!block->BlockSize && GetTickCount() - start < kFillMs)
+        Sleep(1);
+    return block->BlockSize == kSharedBlockSize && block->BlockVersion == kSharedBlockVersion;
+}
 
 SharedControlBlock* OpenSharedBlock() {
     SetLastError(ERROR_SUCCESS);
@@ -25,8 +35,9 @@ SharedControlBlock* OpenSharedBlock() {
     if (!existed) {
         std::memset(view, 0, kSharedBlockSize);
         block->BlockVersion = kSharedBlockVersion;
+        MemoryBarrier(); // the size comes last: it says that the rest is there
         block->BlockSize = kSharedBlockSize;
-    } else if (block->BlockSize != kSharedBlockSize || block->BlockVersion != kSharedBlockVersion) {
+    } else if (!IsOurs(block)) {
         UnmapViewOfFile(view);
         CloseHandle(mapping);
         return nullptr;
