@@ -134,7 +134,7 @@ static void ShowStarted(int row) {
 static void SwitchOn(int row) {
     const int engine = Row(row).traits.kind == kEngineComponent;
     ComponentThread* thread = Row(row).thread;
-    if (ComponentThreadEnded(thread)) StopComponentThread(thread); // a fault not yet noticed
+    if (ComponentThreadEnded(thread)) StopOne(row, 0); // a fault not yet noticed
     SetRowLook(row, 1);
     if (!EnsureEngine(row)) {
         ShowRowState(row);

@@ -121,7 +121,7 @@ static void OnIconCallback(LPARAM mouseMessage) {
 }
 
 static void OnComponentClosed(LPARAM windowId) {
-    if (windowId < 2 || windowId > 12 || !ClosedNoticeCounts(static_cast<int>(windowId))) return;
+    if (!ClosedNoticeCounts(static_cast<int>(windowId))) return;
     const int row = RowByWindowId(static_cast<int>(windowId));
     if (row >= 0) NoticeEnded(row);
 }
@@ -223,6 +223,7 @@ static void OnVolumeScroll(WPARAM wParam) {
 
 static void OnTaskbarCreated() {
     if (s_console.TaskBarIcon) AddNotifyIcon();
+    if (s_console.switching) return;
     for (int row = 0; row < RowCount(); ++row) {
         if (Row(row).traits.kind != kIconComponent || !RowIsOn(row)) continue;
         StopComponentThread(Row(row).thread);
@@ -276,6 +277,20 @@ static void OnDestroy() {
     PostQuitMessage(0);
 }
 
+// Messages that are sent come in also while a component is being started or stopped, and the end
+// would stop the very component that is waited for. A closing can wait; the system's own end, which
+// comes without another message, can't: what belongs on record is written.
+static void OnClose(UINT message) {
+    if (!s_console.switching) {
+        DestroyWindow(s_console.window);
+    } else if (message == WM_CLOSE) {
+        PostMessageA(s_console.window, WM_CLOSE, 0, 0);
+    } else {
+        WriteLastOk(1);
+        SaveColors();
+    }
+}
+
 static LRESULT CALLBACK ConsoleProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
     if (s_console.shuttingDown) return CallKeptProcedure(window, message, wParam, lParam);
     if (message == UIOptions.WheelMessage && message) {
@@ -289,10 +304,10 @@ static LRESULT CALLBACK ConsoleProc(HWND window, UINT message, WPARAM wParam, LP
     switch (message) {
     case WM_COMMAND: return OnCommand(wParam, lParam);
     case WM_CONTEXTMENU: OnContextMenu(lParam); return 0;
-    case WM_CLOSE: DestroyWindow(window); return 0;
+    case WM_CLOSE: OnClose(message); return 0;
     case WM_DESTROY: OnDestroy(); break;
     case WM_ENDSESSION:
-        if (wParam) DestroyWindow(window); // the process ends without another message
+        if (wParam) OnClose(message);
         return 0;
     case WM_LBUTTONDBLCLK:
         if (OnDoubleClick(lParam)) return 0;
