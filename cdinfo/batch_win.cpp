@@ -24,24 +24,43 @@ static std::wstring StreamName(uint32_t entry) {
 
 // ---- gathering
 
-static void MapDiscs(StoreBatch* batch) {
-    batch->entryOfDisc.clear();
-    for (const IndexPair& pair : batch->pairs)
-        batch->entryOfDisc.emplace(pair.disc, pair.entry); // the first pair of a disc counts
+static void AppendPair(StoreBatch* batch, const IndexPair& pair) {
+    batch->places.emplace(pair.disc, batch->pairs.size());
+    if (pair.entry != pair.disc) batch->places.emplace(pair.entry, batch->pairs.size());
+    batch->pairs.push_back(pair);
+    batch->dropped.push_back(0);
+    ++batch->livePairs;
+}
+
+// The first pair of a disc counts.
+static const IndexPair* LivePair(const StoreBatch& batch, uint32_t disc) {
+    const IndexPair* first = nullptr;
+    const auto [from, to] = batch.places.equal_range(disc);
+    for (auto at = from; at != to; ++at) {
+        const IndexPair* pair = &batch.pairs[at->second];
+        if (!batch.dropped[at->second] && pair->disc == disc && (!first || pair < first))
+            first = pair;
+    }
+    return first;
+}
+
+int BatchHasDisc(const StoreBatch& batch, uint32_t disc) {
+    return LivePair(batch, disc) != nullptr;
 }
 
 StoreBatch* BeginStoreBatch(const wchar_t* path) {
     auto batch = std::make_unique<StoreBatch>();
     PrepareStoreFile(path, &batch->file);
+    std::vector<IndexPair> pairs = {{0, 0}}; // of a new database
     const int open = BeginChange(&batch->file);
     batch->isFresh = batch->file.state != kLoadGood;
-    if (!open || (!batch->isFresh && !ReadIndex(batch->file, &batch->pairs))) {
+    if (!open || (!batch->isFresh && !ReadIndex(batch->file, &pairs))) {
         EndChange(&batch->file);
         return nullptr;
     }
-    batch->keptPairs = batch->pairs.size();
-    if (batch->isFresh) batch->pairs.push_back({0, 0});
-    MapDiscs(batch.get());
+    for (const IndexPair& pair : pairs)
+        AppendPair(batch.get(), pair);
+    batch->keptPairs = batch->isFresh ? 0 : pairs.size();
     return batch.release();
 }
 
@@ -55,16 +74,14 @@ static int HoldsAlready(const StoreBatch& batch, uint32_t entry,
 }
 
 int BatchPut(StoreBatch* batch, const CDInfoRecord& record, uint32_t* entry) {
-    const auto mapped = batch->entryOfDisc.find(record.identity);
-    const int known = mapped != batch->entryOfDisc.end();
-    *entry = known ? mapped->second : record.identity;
+    const IndexPair* known = LivePair(*batch, record.identity);
+    *entry = known ? known->entry : record.identity;
     auto buffer = std::make_unique<uint8_t[][kMaxPackedEntry]>(1);
     size_t length;
     if (!PackRecord(record, buffer[0], &length)) return 0;
     // An index that was emptied stays empty; the entry is found by the disc's own identity.
-    if (!known && !batch->pairs.empty()) {
-        batch->pairs.push_back({record.identity, record.identity});
-        batch->entryOfDisc.emplace(record.identity, record.identity);
+    if (!known && batch->livePairs) {
+        AppendPair(batch, {record.identity, record.identity});
         batch->isChanged = 1;
     }
     std::vector<uint8_t> bytes(buffer[0], buffer[0] + length);
@@ -81,19 +98,29 @@ int BatchAdd(StoreBatch* batch, const CDInfoRecord& record) {
 }
 
 void BatchDelete(StoreBatch* batch, uint32_t identity) {
-    const size_t before = batch->pairs.size();
-    const auto differs =
-        std::find_if(batch->pairs.begin(), batch->pairs.end(),
-                     [&](const IndexPair& p) { return p.disc == identity || p.entry == identity; });
-    const size_t kept = static_cast<size_t>(differs - batch->pairs.begin());
-    if (DropIdentity(&batch->pairs, identity)) {
-        batch->puts.erase(identity);
-        if (!batch->isFresh && FindEntry(batch->file, identity)) batch->removals.insert(identity);
+    int asEntry = 0;
+    const auto [from, to] = batch->places.equal_range(identity);
+    for (auto at = from; at != to; ++at) {
+        const size_t place = at->second;
+        if (batch->dropped[place]) continue;
+        batch->dropped[place] = 1;
+        batch->keptPairs = std::min(batch->keptPairs, place);
+        --batch->livePairs;
+        batch->isChanged = 1;
+        asEntry |= batch->pairs[place].entry == identity;
     }
-    if (batch->pairs.size() == before) return;
-    batch->keptPairs = std::min(batch->keptPairs, kept);
-    batch->isChanged = 1;
-    MapDiscs(batch);
+    if (!asEntry) return;
+    batch->puts.erase(identity);
+    if (!batch->isFresh && FindEntry(batch->file, identity)) batch->removals.insert(identity);
+}
+
+// The index as it is to be.
+static void TakeDroppedOut(StoreBatch* batch) {
+    size_t kept = 0;
+    for (size_t i = 0; i < batch->pairs.size(); ++i) {
+        if (!batch->dropped[i]) batch->pairs[kept++] = batch->pairs[i];
+    }
+    batch->pairs.resize(kept);
 }
 
 // ---- the new image
@@ -127,7 +154,7 @@ static int BuildImage(const StoreBatch& batch, std::vector<uint8_t>* image) {
     const int open = batch.isFresh ? CreateCompound(&file)
                                    : OpenCompound(std::vector<uint8_t>(batch.file.bytes), &file);
     const int made = open && SetCompoundClass(file, kDatabaseClass) && WriteIndex(batch, file) &&
-                     WriteEntries(batch, file);
+                     WriteEntries(batch, file) && FlushCompound(file);
     CloseCompound(&file, image);
     return made;
 }
@@ -174,6 +201,7 @@ static int IsImageRight(const StoreBatch& batch, std::span<const uint8_t> image)
 
 static int Commit(StoreBatch* batch) {
     std::vector<uint8_t> image;
+    TakeDroppedOut(batch);
     return BuildImage(*batch, &image) && IsImageRight(*batch, image) &&
            PutInPlace(&batch->file, image);
 }

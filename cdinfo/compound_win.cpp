@@ -102,6 +102,11 @@ int CreateCompound(CompoundFile* file) {
            SUCCEEDED(StgCreateDocfileOnILockBytes(file->bytes, kCreateMode, 0, &file->root));
 }
 
+// The last release would write it too, but could not tell of a failure.
+int FlushCompound(const CompoundFile& file) {
+    return SUCCEEDED(file.root->Commit(STGC_DEFAULT));
+}
+
 void CloseCompound(CompoundFile* file, std::vector<uint8_t>* image) {
     if (file->root) file->root->Release();
     if (image && file->bytes) *image = std::move(BytesOf(*file)->image);

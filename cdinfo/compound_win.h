@@ -19,6 +19,8 @@ struct CompoundFile {
 int OpenCompound(std::vector<uint8_t>&& image, CompoundFile* file);
 // A new, empty compound file, open for writing.
 int CreateCompound(CompoundFile* file);
+// Makes the platform write what it still keeps to itself into the bytes.
+int FlushCompound(const CompoundFile& file);
 // Ends the platform's use of it and, with `image`, gives the bytes back.
 void CloseCompound(CompoundFile* file, std::vector<uint8_t>* image);
 

@@ -122,10 +122,10 @@ static INT_PTR EditorProcedure(HWND dialog, UINT message, WPARAM wParam, LPARAM 
             reinterpret_cast<MINMAXINFO*>(lParam)->ptMinTrackSize = {editor->minimum.cx,
                                                                      editor->minimum.cy};
         return TRUE;
-    case WM_DESTROY:
-        OnDestroy(editor);
+    case WM_DESTROY: OnDestroy(editor); return TRUE;
+    case WM_NCDESTROY: // not before: by it the children find the procedures that clean up for them
         SetWindowLongPtrA(dialog, DWLP_USER, 0);
-        return TRUE;
+        return FALSE;
     }
     return FALSE;
 }

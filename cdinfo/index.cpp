@@ -33,15 +33,6 @@ const IndexPair* FindPair(std::span<const IndexPair> pairs, uint32_t disc) {
     return nullptr;
 }
 
-int DropIdentity(std::vector<IndexPair>* pairs, uint32_t identity) {
-    int asEntry = 0;
-    std::erase_if(*pairs, [&](const IndexPair& pair) {
-        if (pair.entry == identity) asEntry = 1;
-        return pair.disc == identity || pair.entry == identity;
-    });
-    return asEntry;
-}
-
 void EntryName(uint32_t entry, char (&name)[kEntryNameSize]) {
     FormatText(name, sizeof name, "%08X", static_cast<unsigned>(entry));
 }

@@ -22,10 +22,6 @@ std::vector<uint8_t> PackIndex(std::span<const IndexPair> pairs);
 // The first pair of that disc, or null.
 const IndexPair* FindPair(std::span<const IndexPair> pairs, uint32_t disc);
 
-// Drops the pairs that name the identity; 1 when one of them named it as an entry, whose stream
-// then goes too.
-int DropIdentity(std::vector<IndexPair>* pairs, uint32_t identity);
-
 void EntryName(uint32_t entry, char (&name)[kEntryNameSize]);
 // 1 when a stream's name is an entry's: eight hexadecimal digits and a NUL.
 int ParseEntryName(const char16_t* name, uint32_t* entry);

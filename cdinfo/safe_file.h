@@ -43,8 +43,9 @@ LoadState LoadSafeFile(SafeFile* file);
 // where that is allowed. End the change in every case.
 int BeginChange(SafeFile* file);
 
-// 1 when the image stands in the file's place. 0: it is as it was, or the next opening makes it so;
-// a bad file may have been moved aside all the same. The file's bytes and view stay valid.
+// 1 when the image stands in the file's place. 0: the file is as it was, a bad one perhaps moved
+// aside; or, after a replace that broke half-way and could not be taken back, the next opening
+// puts the old or the new one in place, whole. The file's bytes and view stay valid.
 int PutInPlace(SafeFile* file, std::span<const uint8_t> image);
 
 void EndChange(SafeFile* file);

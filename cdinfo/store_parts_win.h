@@ -14,8 +14,10 @@ struct StoreBatch {
     int isFresh = 0;   // no usable database: a new one is made
     int isChanged = 0; // something is to be written
     std::vector<IndexPair> pairs;
-    size_t keptPairs = 0; // leading pairs that stand in the file as they are
-    std::unordered_map<uint32_t, uint32_t> entryOfDisc;
+    std::vector<uint8_t> dropped; // one a pair; they go when the batch is committed
+    size_t keptPairs = 0;         // leading pairs that stand in the file as they are
+    size_t livePairs = 0;
+    std::unordered_multimap<uint32_t, size_t> places;        // of the pairs that name an identity
     std::unordered_map<uint32_t, std::vector<uint8_t>> puts; // by entry
     std::unordered_set<uint32_t> removals;                   // entries that have a stream
 };
@@ -33,6 +35,9 @@ const CompoundStream* FindEntry(const SafeFile& file, uint32_t entry);
 
 // Unpacks into the record and completes it as ReadEntry promises.
 int UnpackStored(std::span<const uint8_t> bytes, uint32_t entry, CDInfoRecord* record);
+
+// 1 when the index names the disc.
+int BatchHasDisc(const StoreBatch& batch, uint32_t disc);
 
 // Adds a record that is worth storing. `entry` receives where it belongs, also when 0.
 int BatchPut(StoreBatch* batch, const CDInfoRecord& record, uint32_t* entry);

@@ -135,10 +135,7 @@ static int StoreAndEnd(StoreBatch* batch, const CDInfoRecord& record) {
     return stored;
 }
 
-static int MayReplace(const wchar_t* path, uint32_t disc, HWND owner) {
-    SafeFile file;
-    std::vector<IndexPair> pairs;
-    if (!LoadWithIndex(path, &file, &pairs) || !FindPair(pairs, disc)) return 1;
+static int AskToReplace(HWND owner) {
     char text[kStringMax], caption[kStringMax];
     LoadText(IDS_DUPLICATE_TEXT, text);
     LoadText(IDS_DUPLICATE_CAPTION, caption);
@@ -147,9 +144,12 @@ static int MayReplace(const wchar_t* path, uint32_t disc, HWND owner) {
 
 int AddOrReplace(const wchar_t* path, const CDInfoRecord& record, int confirm, StoreWindow owner) {
     if (IsNothingToStore(record)) return 1;
-    // The question waits for a person, so nothing is held while it stands there.
-    if (confirm && !MayReplace(path, record.identity, owner)) return 0;
     StoreBatch* batch = BeginStoreBatch(path);
+    if (batch && confirm && BatchHasDisc(*batch, record.identity)) {
+        CancelStoreBatch(batch); // the question waits for a person: nothing is held meanwhile
+        if (!AskToReplace(owner)) return 0;
+        batch = BeginStoreBatch(path);
+    }
     return batch && StoreAndEnd(batch, record);
 }
 

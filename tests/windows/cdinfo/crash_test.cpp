@@ -54,9 +54,7 @@ TEST(Crash, OpeningTakesTheGoodLeftOver) {
         const World world = ReadWorld(path);
         EXPECT_EQ(c.isNew == 1, world == scene.after);
         EXPECT_EQ(c.isNew == 0, world == scene.before);
-        if (c.main == cut) {
-            EXPECT_EQ(cut, Slurp(path + L".bad"));
-        }
+        EXPECT_TRUE(c.main != cut || Slurp(path + L".bad") == cut);
         EXPECT_TRUE(Add(path, 0x111, "Next"));
         EXPECT_FALSE(FileExists(path + kNewSuffix));
         EXPECT_FALSE(FileExists(path + kOldSuffix));
@@ -77,17 +75,13 @@ TEST(Crash, OpeningTakesTheGoodLeftOver) {
 TEST(Crash, AFileHeldOpenMeansNoChange) {
     const std::wstring path = Scratch(L"held.cdp");
     const Scene scene = MakeScene(path, kReplaceDisc);
-    for (const DWORD share : {DWORD{FILE_SHARE_READ}, DWORD{0}}) {
-        Forget(path);
-        Spill(path, scene.base);
-        HANDLE other =
-            CreateFileW(path.c_str(), GENERIC_READ, share, nullptr, OPEN_EXISTING, 0, nullptr);
-        const int result = MakeChange(path, kReplaceDisc);
-        CloseHandle(other);
-        EXPECT_EQ(result ? scene.after : scene.before, ReadWorld(path)) << share;
-        EXPECT_EQ(0, result);
-        EXPECT_EQ(scene.base, Slurp(path));
-    }
+    Spill(path, scene.base);
+    HANDLE other = CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
+                               0, nullptr);
+    EXPECT_EQ(0, MakeChange(path, kReplaceDisc));
+    CloseHandle(other);
+    EXPECT_EQ(scene.base, Slurp(path));
+    EXPECT_EQ(scene.before, ReadWorld(path));
     Forget(path);
 }
 
@@ -115,9 +109,7 @@ TEST(Damage, HundredsOfDamagedDatabases) {
         const int stored = Add(path, 0x111, "After");
         EXPECT_EQ(stored ? "After" : "-", TitleOf(path, 0x111)) << n;
         // Nothing was thrown away that was not readable.
-        if (stored && FileExists(path + L".bad")) {
-            EXPECT_EQ(bytes, Slurp(path + L".bad")) << n;
-        }
+        EXPECT_TRUE(!FileExists(path + L".bad") || Slurp(path + L".bad") == bytes) << n;
     }
     Forget(path);
     EXPECT_GT(sound, 30);

@@ -225,20 +225,6 @@ TEST_F(Editor, TheProgramIsBuilt) {
     EXPECT_EQ(s_record->program[1].stop, MakeTmsf(3, 0, 21, 0));
 }
 
-TEST_F(Editor, CancelAndNothingTypedLeaveTheRecord) {
-    for (int button : {IDCANCEL, IDOK}) {
-        Open();
-        if (button == IDCANCEL) Put(IDC_EDITOR_TITLE, "Other");
-        PostMessageA(owner.Window, kOpenEditor, 0, 0); // while it is open: no second one
-        Settle();
-        EXPECT_EQ(Popup(), dialog);
-        EXPECT_EQ(s_result, 0) << "the second call was refused at once";
-        s_result = -1;
-        EXPECT_EQ(End(button), 0);
-        EXPECT_TRUE(Untouched());
-    }
-}
-
 // By WM_CLOSE to its window, and by WM_QUIT alone, as after a fault elsewhere in it.
 TEST_F(Editor, TheComponentsEndKeepsWhatWasTyped) {
     for (const UINT end : {WM_CLOSE, WM_QUIT}) {
@@ -263,12 +249,19 @@ TEST_F(Editor, TheComponentsEndKeepsWhatWasTyped) {
     }
 }
 
-TEST_F(Editor, TheComponentsEndWithoutChangesChangesNothing) {
-    Open();
-    StopComponentThread(&owner);
-    EXPECT_TRUE(s_closed);
-    EXPECT_EQ(s_result, 0);
-    EXPECT_TRUE(Untouched());
+TEST_F(Editor, CancelAndNothingTypedLeaveTheRecord) {
+    for (int button : {IDCANCEL, IDOK, 0}) { // 0: the component ends
+        Open();
+        if (button == IDCANCEL) Put(IDC_EDITOR_TITLE, "Other");
+        PostMessageA(owner.Window, kOpenEditor, 0, 0); // while it is open: no second one
+        Settle();
+        EXPECT_EQ(Popup(), dialog);
+        EXPECT_EQ(s_result, 0) << "the second call was refused at once";
+        s_result = -1;
+        if (!button) StopComponentThread(&owner);
+        EXPECT_EQ(button ? End(button) : Result(), 0);
+        EXPECT_TRUE(Untouched());
+    }
 }
 
 TEST_F(Editor, ATooLargeRecordIsNotAccepted) {
@@ -279,24 +272,32 @@ TEST_F(Editor, ATooLargeRecordIsNotAccepted) {
         memset(s_record->trackArtists[i], static_cast<char>('!' + i), 63);
         memset(s_record->trackComments[i], 'c', 254);
     }
+    Open();
     for (int end = 0; end < 2; ++end) {
-        Open();
         Put(IDC_EDITOR_COMMENT, std::string(254, 'x').c_str());
         PostMessageA(dialog, WM_COMMAND, IDOK, 0);
         ASSERT_TRUE(Wait([&] { return Popup() != dialog; }));
-        if (end == 0) { // it says so, stays open, and takes less
-            PostMessageA(Popup(), WM_COMMAND, IDOK, 0);
-            ASSERT_TRUE(Wait([&] { return Popup() == dialog && IsWindowEnabled(dialog); }));
-            EXPECT_EQ(s_result, -1);
-            Put(IDC_EDITOR_COMMENT, "short");
-            EXPECT_EQ(End(IDOK), 1);
-            EXPECT_STREQ(s_record->comment, "short");
-        } else { // ended while it says so
-            StopComponentThread(&owner);
-            EXPECT_TRUE(s_closed);
-            EXPECT_EQ(s_result, 1);
-            EXPECT_EQ(s_record->comment, std::string(254, 'x'));
-            EXPECT_STREQ(s_record->trackComments[99], "");
-        }
+        EXPECT_EQ(s_result, -1) << "it says so and stays open";
+        if (end == 0) PostMessageA(Popup(), WM_COMMAND, IDOK, 0);
+        ASSERT_TRUE(end || Wait([&] { return Popup() == dialog && IsWindowEnabled(dialog); }));
     }
+    StopComponentThread(&owner); // nobody can be asked any more
+    EXPECT_TRUE(s_closed);
+    EXPECT_EQ(s_result, 1);
+    EXPECT_EQ(s_record->comment, std::string(254, 'x'));
+    EXPECT_STREQ(s_record->trackComments[99], "");
+}
+
+// What the controls have allocated goes with them.
+TEST_F(Editor, OpenedOftenItTakesNoMemory) {
+    size_t early = 0, now = 0;
+    for (int n = 0; n < 12; ++n) {
+        Open();
+        End(IDCANCEL);
+        PROCESS_HEAP_ENTRY entry = {};
+        for (now = 0; HeapWalk(GetProcessHeap(), &entry);)
+            now += entry.wFlags & PROCESS_HEAP_ENTRY_BUSY ? entry.cbData : 0;
+        if (n == 3) early = now;
+    }
+    EXPECT_LT(now, early + 8 * 1000);
 }

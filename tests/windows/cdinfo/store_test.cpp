@@ -27,6 +27,7 @@ struct StoreTest : testing::Test {
 // A database whose index is {0,0},{A,A},{B,A}.
 constexpr uint32_t kA = 0x00C0FFEE, kB = 0x0BADBEEF;
 static void MakeAliasDatabase(const std::wstring& path) {
+    Forget(path);
     ASSERT_TRUE(Add(path, kA, "Alias"));
     CompoundFile file;
     ASSERT_TRUE(OpenCompound(Slurp(path), &file));
@@ -35,31 +36,6 @@ static void MakeAliasDatabase(const std::wstring& path) {
     Bytes image;
     CloseCompound(&file, &image);
     Spill(path, image);
-}
-
-struct Listed {
-    std::vector<std::pair<uint32_t, std::string>> entries;
-    std::vector<size_t> lengths;
-};
-static int NoteRecord(const void* data, size_t length, uint32_t identity, void* context) {
-    auto* listed = static_cast<Listed*>(context);
-    listed->entries.emplace_back(identity, static_cast<const CDInfoRecord*>(data)->title);
-    listed->lengths.push_back(length);
-    return 0; // ignored
-}
-static int NoteRaw(const void* data, size_t length, uint32_t identity, void* context) {
-    auto* listed = static_cast<Listed*>(context);
-    const auto* bytes = static_cast<const uint8_t*>(data);
-    listed->entries.emplace_back(identity, "");
-    listed->lengths.push_back(length);
-    EXPECT_EQ(length, static_cast<size_t>(bytes[0] | bytes[1] << 8));
-    return 0;
-}
-static Listed List(const std::wstring& path, int raw = 0) {
-    Listed listed;
-    EXPECT_EQ(1,
-              EnumerateEntries(nullptr, path.c_str(), raw ? NoteRaw : NoteRecord, &listed, 0, raw));
-    return listed;
 }
 
 TEST(Texts, StringTableAgreesWithTheConstants) {
@@ -77,13 +53,14 @@ TEST(Texts, StringTableAgreesWithTheConstants) {
     }
 }
 
-TEST_F(StoreTest, NewDatabaseHasClassIndexAndEntry) {
+TEST_F(StoreTest, NewDatabaseAsAnotherProgramSeesIt) {
     EXPECT_EQ(0u, CountEntries(path.c_str()));
     ASSERT_EQ(1, EnsureDatabase(path.c_str()));
     EXPECT_EQ(1u, CountEntries(path.c_str()));
-    ASSERT_TRUE(Add(path, 0x1234ABCD, "First"));
+    ASSERT_TRUE(Add(path, 1, "One"));
+    ASSERT_TRUE(Add(path, 2, "Two", 100));
+    ASSERT_TRUE(Add(path, 1, "Other", 40));
     ExpectTidy(path);
-    // Looked at by the platform, as another program would.
     IStorage* root = nullptr;
     ASSERT_EQ(S_OK, StgOpenStorage(path.c_str(), nullptr, STGM_READ | STGM_SHARE_EXCLUSIVE, nullptr,
                                    0, &root));
@@ -94,20 +71,14 @@ TEST_F(StoreTest, NewDatabaseHasClassIndexAndEntry) {
     StringFromGUID2(stat.clsid, name, 64);
     EXPECT_STREQ(L"{C09D0670-BA7E-11D0-AA01-00AA00BF0389}", name);
     EXPECT_TRUE(PlatformOpens(path, ReadWorld(path)));
-}
 
-TEST_F(StoreTest, ReplacesAndKeepsOthers) {
-    ASSERT_TRUE(Add(path, 1, "One"));
-    ASSERT_TRUE(Add(path, 2, "Two", 100));
-    ASSERT_TRUE(Add(path, 1, "Other", 40));
-    EXPECT_EQ(3u, CountEntries(path.c_str()));
-    EXPECT_EQ("Other", TitleOf(path, 1));
     EXPECT_EQ("Two", TitleOf(path, 2));
     auto record = std::make_unique<CDInfoRecord>();
     ASSERT_TRUE(ReadEntry(path.c_str(), 1, record.get()));
-    EXPECT_EQ(1u, record->identity);
+    EXPECT_STREQ("Other", record->title);
     EXPECT_STREQ("00000001", record->identityText);
     EXPECT_EQ(40, record->programCount); // the default program
+    EXPECT_EQ(MakeTmsf(40, 0, 0, 1), record->program[39].start);
     EXPECT_EQ(MakeTmsf(40, 3, 20, 0), record->program[39].stop);
     EXPECT_EQ(40 * 200 / 60, record->totalMinutes);
 }
@@ -125,151 +96,6 @@ TEST_F(StoreTest, StoresNothingWithoutContent) {
         EXPECT_EQ(1, AddOrReplace(path.c_str(), *record, 0, nullptr)) << c.title;
         EXPECT_FALSE(FileExists(path));
     }
-}
-
-TEST_F(StoreTest, ARecordThatCannotBePackedChangesNothing) {
-    ASSERT_TRUE(Add(path, 7, "Small"));
-    const Bytes before = Slurp(path);
-    auto record = MakeRecord(7, "Large", 100);
-    record->programCount = 101;
-    EXPECT_EQ(0, AddOrReplace(path.c_str(), *record, 0, nullptr));
-    SetIdentity(record.get(), 8); // nor does the index get a pair
-    EXPECT_EQ(0, AddOrReplace(path.c_str(), *record, 0, nullptr));
-    EXPECT_EQ(before, Slurp(path));
-}
-
-TEST_F(StoreTest, AliasesAreReadThroughTheIndex) {
-    MakeAliasDatabase(standard);
-    EXPECT_EQ(3u, CountEntries(nullptr));
-    auto disc = MakeDisc(kB);
-    LookUpState state;
-    EXPECT_EQ(1, LookUpDisc(disc.get(), &state));
-    EXPECT_EQ(kLookUpFound, state);
-    EXPECT_STREQ("Alias", disc->title);
-    EXPECT_EQ(kB, disc->identity);
-    const Listed listed = List(standard);
-    ASSERT_EQ(1u, listed.entries.size());
-    EXPECT_EQ(kA, listed.entries[0].first);
-    EXPECT_EQ(1u, List(standard, 1).entries.size());
-    // B's texts go where A's are.
-    ASSERT_EQ(1, AddOrReplace(nullptr, *MakeRecord(kB, "Shared"), 0, nullptr));
-    EXPECT_EQ("Shared", TitleOf(standard, kA));
-    EXPECT_EQ("-", TitleOf(standard, kB));
-}
-
-TEST_F(StoreTest, DeletesPairsAndStreams) {
-    MakeAliasDatabase(path);
-    ASSERT_TRUE(Add(path, 9, "Nine"));
-    EXPECT_EQ(1, DeleteEntry(path.c_str(), kB)); // only the pair {B, A}
-    EXPECT_EQ(3u, CountEntries(path.c_str()));
-    EXPECT_EQ("Alias", TitleOf(path, kA));
-    Forget(path);
-    MakeAliasDatabase(path);
-    ASSERT_TRUE(Add(path, 9, "Nine"));
-    EXPECT_EQ(1, DeleteEntry(path.c_str(), kA));
-    EXPECT_EQ(2u, CountEntries(path.c_str()));
-    EXPECT_EQ("-", TitleOf(path, kA));
-    EXPECT_EQ("Nine", TitleOf(path, 9));
-    const Bytes before = Slurp(path);
-    EXPECT_EQ(1, DeleteEntry(path.c_str(), 0x777)); // not there
-    EXPECT_EQ(before, Slurp(path));
-    EXPECT_EQ(1, DeleteEntry((path + L"none").c_str(), 9));
-    EXPECT_FALSE(FileExists(path + L"none"));
-    ExpectTidy(path);
-}
-
-TEST_F(StoreTest, LookUpStoresANewDiscAndKeepsTypedTexts) {
-    auto disc = MakeDisc(5);
-    LookUpState state;
-    EXPECT_EQ(0, LookUpDisc(disc.get(), &state));
-    EXPECT_EQ(kLookUpNew, state);
-    EXPECT_STREQ("Unknown CD Title", disc->title);
-    EXPECT_STREQ("Track 3", disc->trackTitles[2]);
-    EXPECT_EQ("Unknown CD Title", TitleOf(standard, 5));
-    ASSERT_TRUE(Add(standard, 5, "Typed"));
-    EXPECT_EQ(1, LookUpDisc(disc.get(), &state));
-    EXPECT_STREQ("Typed", disc->title);
-    // New timing is stored, the texts stay.
-    disc = MakeDisc(5);
-    disc->trackStarts[3] += 75 * 60;
-    EXPECT_EQ(1, LookUpDisc(disc.get(), nullptr));
-    auto read = std::make_unique<CDInfoRecord>();
-    ASSERT_TRUE(ReadEntry(nullptr, 5, read.get()));
-    EXPECT_STREQ("Typed", read->title);
-    EXPECT_EQ(260, read->trackSeconds[2]);
-    // A drive that has seen one track only must not cut the entry to that.
-    EXPECT_EQ(1, LookUpDisc(MakeDisc(5, 1).get(), nullptr));
-    *read = CDInfoRecord();
-    ASSERT_TRUE(ReadEntry(nullptr, 5, read.get()));
-    EXPECT_EQ(3, read->trackCount);
-}
-
-TEST_F(StoreTest, LookUpNeverOverwritesWhatItCannotRead) {
-    ASSERT_TRUE(Add(standard, 5, "Typed"));
-    LookUpState state;
-    const Bytes typed = Slurp(standard);
-    // In use by another program.
-    HANDLE other = CreateFileW(standard.c_str(), GENERIC_READ | GENERIC_WRITE, 0, nullptr,
-                               OPEN_EXISTING, 0, nullptr);
-    ASSERT_NE(INVALID_HANDLE_VALUE, other);
-    auto disc = MakeDisc(5);
-    EXPECT_EQ(0, LookUpDisc(disc.get(), &state));
-    EXPECT_EQ(kLookUpUnread, state);
-    EXPECT_EQ(0, AddOrReplace(nullptr, *disc, 0, nullptr));
-    EXPECT_EQ(0, DeleteEntry(nullptr, 5));
-    EXPECT_EQ(0, EnsureDatabase(nullptr));
-    EXPECT_EQ(0u, CountEntries(nullptr));
-    CloseHandle(other);
-    EXPECT_EQ(typed, Slurp(standard));
-    ExpectTidy(standard);
-    // An entry that is not one.
-    CompoundFile file;
-    ASSERT_TRUE(OpenCompound(Bytes(typed), &file));
-    ASSERT_TRUE(WriteStream(file, L"00000005", Bytes{9, 0, 2, 'h', 'i', 101, 0x80, 0, 0}));
-    Bytes image;
-    CloseCompound(&file, &image);
-    Spill(standard, image);
-    EXPECT_EQ(0, LookUpDisc(disc.get(), &state));
-    EXPECT_EQ(kLookUpUnread, state);
-    EXPECT_STREQ("Unknown CD Title", disc->title);
-    EXPECT_EQ(image, Slurp(standard));
-    // A damaged file.
-    image.resize(image.size() - 512);
-    Spill(standard, image);
-    EXPECT_EQ(0, LookUpDisc(disc.get(), &state));
-    EXPECT_EQ(kLookUpUnread, state);
-    EXPECT_EQ(image, Slurp(standard));
-}
-
-TEST_F(StoreTest, EveryChangeButAnIdenticalOneIsWrittenAndAllAreTold) {
-    const HWND listener =
-        CreateWindowExA(0, "STATIC", "", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, nullptr, nullptr);
-    SetStoreListener(listener);
-    const auto heard = [&](uint32_t entry) {
-        MSG message;
-        if (!PeekMessageA(&message, listener, WM_COMMAND, WM_COMMAND, PM_REMOVE)) return 0;
-        return message.wParam == kDatabaseChanged && static_cast<uint32_t>(message.lParam) == entry
-                   ? 1
-                   : -1;
-    };
-    ASSERT_TRUE(Add(path, 5, "Same"));
-    EXPECT_EQ(1, heard(5));
-    const auto stamp = [&] {
-        WIN32_FILE_ATTRIBUTE_DATA data = {};
-        GetFileAttributesExW(path.c_str(), GetFileExInfoStandard, &data);
-        return std::pair(data.ftLastWriteTime.dwLowDateTime, data.ftLastWriteTime.dwHighDateTime);
-    };
-    const auto before = stamp();
-    Sleep(30);
-    ASSERT_TRUE(Add(path, 5, "Same"));
-    EXPECT_EQ(before, stamp());
-    EXPECT_EQ(1, heard(5));
-    ASSERT_TRUE(Add(path, 5, "Else"));
-    EXPECT_NE(before, stamp());
-    EXPECT_EQ(1, heard(5));
-    EXPECT_EQ(0, heard(5));
-    SetStoreListener(nullptr);
-    DestroyWindow(listener);
 }
 
 TEST_F(StoreTest, OnlyTheDefaultDatabaseIsMovedAside) {
@@ -293,88 +119,6 @@ TEST_F(StoreTest, OnlyTheDefaultDatabaseIsMovedAside) {
     EXPECT_EQ(text, Slurp(standard + L".bad"));
     EXPECT_EQ(damaged, Slurp(standard + L".bad2"));
     ExpectTidy(standard);
-}
-
-TEST_F(StoreTest, WriteProtectedStaysAsItIs) {
-    ASSERT_TRUE(Add(path, 5, "Kept"));
-    const Bytes before = Slurp(path);
-    ASSERT_TRUE(SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_READONLY));
-    EXPECT_EQ(0, Add(path, 5, "Changed"));
-    EXPECT_EQ(before, Slurp(path));
-    ExpectTidy(path);
-    EXPECT_EQ("Kept", TitleOf(path, 5));
-}
-
-static DWORD WINAPI AddSix(void* path) {
-    return static_cast<DWORD>(Add(*static_cast<std::wstring*>(path), 6, "Six"));
-}
-
-struct Hanging {
-    std::wstring path;
-    HANDLE begun;
-};
-
-static DWORD WINAPI BeginAndHang(void* context) {
-    const auto* hanging = static_cast<Hanging*>(context);
-    BeginStoreBatch(hanging->path.c_str());
-    SetEvent(hanging->begun);
-    Sleep(INFINITE);
-    return 0;
-}
-
-TEST_F(StoreTest, OneChangeAtATime) {
-    ASSERT_TRUE(Add(path, 5, "Five"));
-    StoreBatch* batch = BeginStoreBatch(path.c_str());
-    ASSERT_TRUE(batch);
-    EXPECT_EQ(nullptr, BeginStoreBatch(path.c_str())); // not even on its own thread
-    EXPECT_EQ(0, Add(path, 6, "Six"));
-    EXPECT_EQ("Five", TitleOf(path, 5)); // reading goes on
-    // Another thread, and a writer that knows no lock.
-    HANDLE thread = CreateThread(nullptr, 0, AddSix, &path, 0, nullptr);
-    WaitForSingleObject(thread, INFINITE);
-    DWORD result = 9;
-    GetExitCodeThread(thread, &result);
-    CloseHandle(thread);
-    EXPECT_EQ(0u, result);
-    EXPECT_EQ(INVALID_HANDLE_VALUE,
-              CreateFileW(path.c_str(), GENERIC_WRITE, 7, nullptr, OPEN_EXISTING, 0, nullptr));
-    CancelStoreBatch(batch);
-    EXPECT_TRUE(Add(path, 6, "Six"));
-}
-
-TEST_F(StoreTest, AThreadThatIsEndedInAChangeLeavesNoLock) {
-    ASSERT_TRUE(Add(path, 5, "Five"));
-    Hanging hanging = {path, CreateEventA(nullptr, TRUE, FALSE, nullptr)};
-    HANDLE thread = CreateThread(nullptr, 0, BeginAndHang, &hanging, 0, nullptr);
-    WaitForSingleObject(hanging.begun, 5000);
-    EXPECT_FALSE(Add(path, 6, "Six"));
-    TerminateThread(thread, 0);
-    WaitForSingleObject(thread, INFINITE);
-    CloseHandle(thread);
-    CloseHandle(hanging.begun);
-    EXPECT_TRUE(Add(path, 7, "Seven"));
-    EXPECT_TRUE(Add(path, 8, "Eight"));
-    ExpectTidy(path);
-}
-
-TEST_F(StoreTest, ABatchIsAllOrNothing) {
-    ASSERT_TRUE(Add(path, 1, "One"));
-    StoreBatch* batch = BeginStoreBatch(path.c_str());
-    ASSERT_TRUE(batch);
-    for (uint32_t id = 2; id <= 60; ++id)
-        EXPECT_TRUE(BatchAdd(batch, *MakeRecord(id, "Many", 12)));
-    BatchDelete(batch, 1);
-    BatchDelete(batch, 30);
-    EXPECT_EQ("One", TitleOf(path, 1));
-    ASSERT_TRUE(CommitStoreBatch(batch));
-    const Listed listed = List(path);
-    ASSERT_EQ(58u, listed.entries.size());
-    EXPECT_EQ(2u, listed.entries.front().first); // the index keeps the order of adding
-    EXPECT_EQ(60u, listed.entries.back().first);
-    batch = BeginStoreBatch(path.c_str());
-    BatchDelete(batch, 2);
-    CancelStoreBatch(batch);
-    EXPECT_EQ("Many", TitleOf(path, 2));
 }
 
 static DWORD WINAPI AnswerQuestion(void* answer) {
@@ -422,4 +166,182 @@ TEST_F(StoreTest, ProgressFromElevenPairsOn) {
         EXPECT_EQ(discs == 9 ? -1 : 20, seen.back());
         EXPECT_EQ(nullptr, FindWindowA("#32770", "Tonvista"));
     }
+}
+
+// The index is {0,0},{A,A},{B,A}: B's texts are those of A.
+TEST_F(StoreTest, AliasesFollowTheIndex) {
+    MakeAliasDatabase(standard);
+    EXPECT_EQ(3u, CountEntries(nullptr));
+    auto disc = MakeDisc(kB);
+    EXPECT_EQ(1, LookUpDisc(disc.get(), nullptr));
+    EXPECT_STREQ("Alias", disc->title);
+    EXPECT_EQ(kB, disc->identity);
+    World world = ReadWorld(standard);
+    ASSERT_EQ(1u, world.entries.size());
+    EXPECT_EQ(kA, world.entries.begin()->first);
+    EXPECT_EQ(world.entries[kA].size(), size_t{world.entries[kA][0]}); // as its first word says
+    ASSERT_EQ(1, AddOrReplace(nullptr, *MakeRecord(kB, "Shared"), 0, nullptr));
+    EXPECT_EQ("Shared", TitleOf(standard, kA));
+    EXPECT_EQ("-", TitleOf(standard, kB));
+    const struct {
+        uint32_t identity;
+        uint32_t pairs;
+        const char* title; // of A
+    } cases[] = {{kB, 3, "Alias"}, {kA, 2, "-"}, {0, 3, "Alias"}, {0x777, 4, "Alias"}};
+    for (const auto& c : cases) {
+        MakeAliasDatabase(path);
+        ASSERT_TRUE(Add(path, 9, "Nine"));
+        EXPECT_EQ(1, DeleteEntry(path.c_str(), c.identity));
+        EXPECT_EQ(c.pairs, CountEntries(path.c_str())) << c.identity;
+        EXPECT_EQ(c.title, TitleOf(path, kA)) << c.identity;
+        EXPECT_EQ("Nine", TitleOf(path, 9));
+        ExpectTidy(path);
+    }
+    EXPECT_EQ(1, DeleteEntry((path + L"none").c_str(), 9));
+    EXPECT_FALSE(FileExists(path + L"none"));
+}
+
+TEST_F(StoreTest, LookUpStoresANewDiscAndKeepsTypedTexts) {
+    LookUpState state;
+    EXPECT_EQ(0, LookUpDisc(MakeDisc(5).get(), &state));
+    EXPECT_EQ(kLookUpNew, state);
+    EXPECT_EQ("Unknown CD Title", TitleOf(standard, 5));
+    ASSERT_TRUE(Add(standard, 5, "Typed"));
+    auto disc = MakeDisc(5); // new timing is stored, the texts stay
+    disc->trackStarts[3] += 75 * 60;
+    EXPECT_EQ(1, LookUpDisc(disc.get(), &state));
+    EXPECT_EQ(kLookUpFound, state);
+    EXPECT_STREQ("Typed", disc->title);
+    EXPECT_STREQ("Track 3", disc->trackTitles[2]);
+    // A drive that has seen one track only must not cut the entry to that.
+    EXPECT_EQ(1, LookUpDisc(MakeDisc(5, 1).get(), nullptr));
+    *disc = CDInfoRecord();
+    ASSERT_TRUE(ReadEntry(nullptr, 5, disc.get()));
+    EXPECT_STREQ("Typed", disc->title);
+    EXPECT_EQ(3, disc->trackCount);
+    EXPECT_EQ(260, disc->trackSeconds[2]);
+}
+
+TEST_F(StoreTest, LookUpNeverOverwritesWhatItCannotRead) {
+    ASSERT_TRUE(Add(standard, 5, "Typed"));
+    LookUpState state;
+    const Bytes typed = Slurp(standard);
+    // In use by another program.
+    HANDLE other = CreateFileW(standard.c_str(), GENERIC_READ | GENERIC_WRITE, 0, nullptr,
+                               OPEN_EXISTING, 0, nullptr);
+    ASSERT_NE(INVALID_HANDLE_VALUE, other);
+    auto disc = MakeDisc(5);
+    EXPECT_EQ(0, LookUpDisc(disc.get(), &state));
+    EXPECT_EQ(kLookUpUnread, state);
+    EXPECT_EQ(0, AddOrReplace(nullptr, *disc, 0, nullptr));
+    EXPECT_EQ(0, AddOrReplace(nullptr, *disc, 1, nullptr)); // nor is it taken for a new disc
+    EXPECT_EQ(0, DeleteEntry(nullptr, 5));
+    EXPECT_EQ(0, EnsureDatabase(nullptr));
+    CloseHandle(other);
+    EXPECT_EQ(typed, Slurp(standard));
+    ExpectTidy(standard);
+    // An entry that is none, then a file that is cut off.
+    CompoundFile file;
+    ASSERT_TRUE(OpenCompound(Bytes(typed), &file));
+    ASSERT_TRUE(WriteStream(file, L"00000005", Bytes{9, 0, 2, 'h', 'i', 101, 0x80, 0, 0}));
+    Bytes image;
+    CloseCompound(&file, &image);
+    for (const size_t cut : {0, 512}) {
+        image.resize(image.size() - cut);
+        Spill(standard, image);
+        EXPECT_EQ(0, LookUpDisc(disc.get(), &state));
+        EXPECT_EQ(kLookUpUnread, state);
+        EXPECT_STREQ("Unknown CD Title", disc->title);
+        EXPECT_EQ(image, Slurp(standard));
+    }
+}
+
+TEST_F(StoreTest, ChangesAreToldAndIdenticalOnesNotWritten) {
+    const HWND listener =
+        CreateWindowExA(0, "STATIC", "", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, nullptr, nullptr);
+    SetStoreListener(listener);
+    const auto heard = [&](uint32_t entry) {
+        MSG message;
+        return PeekMessageA(&message, listener, WM_COMMAND, WM_COMMAND, PM_REMOVE) &&
+               message.wParam == kDatabaseChanged && static_cast<uint32_t>(message.lParam) == entry;
+    };
+    ASSERT_TRUE(Add(path, 5, "Same"));
+    EXPECT_TRUE(heard(5));
+    SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_READONLY);
+    EXPECT_EQ(1, Add(path, 5, "Same"));
+    EXPECT_TRUE(heard(5));
+    EXPECT_EQ(0, Add(path, 5, "Else")); // write-protected
+    EXPECT_TRUE(heard(5));
+    EXPECT_EQ("Same", TitleOf(path, 5));
+    ExpectTidy(path);
+    auto record = MakeRecord(8, "Too large", 100);
+    record->programCount = 101;
+    EXPECT_EQ(0, AddOrReplace(path.c_str(), *record, 0, nullptr));
+    EXPECT_TRUE(heard(8));
+    EXPECT_EQ(2u, CountEntries(path.c_str()));
+    EXPECT_FALSE(heard(8));
+    SetStoreListener(nullptr);
+    DestroyWindow(listener);
+}
+
+struct OtherThread {
+    std::wstring path;
+    HANDLE begun = CreateEventA(nullptr, TRUE, FALSE, nullptr);
+};
+
+static DWORD WINAPI BeginAndHang(void* context) {
+    const auto* other = static_cast<OtherThread*>(context);
+    BeginStoreBatch(other->path.c_str());
+    SetEvent(other->begun);
+    Sleep(INFINITE);
+    return 0;
+}
+
+TEST_F(StoreTest, OneChangeAtATime) {
+    ASSERT_TRUE(Add(path, 5, "Five"));
+    StoreBatch* batch = BeginStoreBatch(path.c_str());
+    ASSERT_TRUE(batch);
+    EXPECT_EQ(nullptr, BeginStoreBatch(path.c_str())); // not even on its own thread
+    EXPECT_EQ("Five", TitleOf(path, 5));               // reading goes on
+    EXPECT_EQ(INVALID_HANDLE_VALUE,                    // a writer that knows no lock
+              CreateFileW(path.c_str(), GENERIC_WRITE, 7, nullptr, OPEN_EXISTING, 0, nullptr));
+    CancelStoreBatch(batch);
+    // Another thread, which then is ended in the middle of its change.
+    OtherThread other = {path};
+    HANDLE thread = CreateThread(nullptr, 0, BeginAndHang, &other, 0, nullptr);
+    WaitForSingleObject(other.begun, 5000);
+    EXPECT_FALSE(Add(path, 6, "Six"));
+    TerminateThread(thread, 0);
+    WaitForSingleObject(thread, INFINITE);
+    CloseHandle(thread);
+    CloseHandle(other.begun);
+    EXPECT_TRUE(Add(path, 7, "Seven"));
+    ExpectTidy(path);
+}
+
+TEST_F(StoreTest, ABatchIsAllOrNothing) {
+    ASSERT_TRUE(Add(path, 1, "One"));
+    StoreBatch* batch = BeginStoreBatch(path.c_str());
+    for (uint32_t id = 2; id <= 60; ++id)
+        EXPECT_TRUE(BatchAdd(batch, *MakeRecord(id, "Many", 12)));
+    for (const uint32_t id : {1, 30, 31})
+        BatchDelete(batch, id);
+    EXPECT_TRUE(BatchAdd(batch, *MakeRecord(31, "Again")));
+    EXPECT_EQ("One", TitleOf(path, 1));
+    ASSERT_TRUE(CommitStoreBatch(batch));
+    std::vector<uint32_t> order;
+    EnumerateEntries(
+        nullptr, path.c_str(),
+        [](const void*, size_t, uint32_t identity, void* list) {
+            static_cast<std::vector<uint32_t>*>(list)->push_back(identity);
+            return 0;
+        },
+        &order, 0, 0);
+    EXPECT_EQ(58u, order.size());
+    EXPECT_EQ(2u, order.front()); // the index keeps the order of adding
+    EXPECT_EQ(31u, order.back());
+    batch = BeginStoreBatch(path.c_str());
+    BatchDelete(batch, 2);
+    CancelStoreBatch(batch);
+    EXPECT_EQ("Many", TitleOf(path, 2));
 }
