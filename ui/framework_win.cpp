@@ -1,8 +1,8 @@
 // The window class of all component windows. See framework_win.h.
 //
 // The data block hangs in the first pointer of the window's extra bytes and belongs to the window's
-// thread. Id and owner stand in the extra bytes a second time, where other threads can read them
-// without touching a block that may just be freed.
+// thread. The id stands in the extra bytes a second time, where other threads can read it without
+// touching a block that may just be freed.
 #include "ui/framework_win.h"
 
 #include "core/commands.h"
@@ -35,8 +35,7 @@ struct CreationRecord {
 };
 constexpr int kExtraBytes = 20;
 constexpr int kIdOffset = 8;
-constexpr int kOwnerOffset = 12;
-static_assert(kOwnerOffset + sizeof(void*) <= kExtraBytes);
+static_assert(kIdOffset >= sizeof(void*));
 constexpr DWORD kStyle =
     WS_POPUP | WS_CLIPSIBLINGS | WS_CLIPCHILDREN | WS_BORDER | WS_SYSMENU | WS_THICKFRAME;
 constexpr int kEdge = 2; // pixels of the raised edge
@@ -126,7 +125,6 @@ static LRESULT OnCreate(HWND window, const CREATESTRUCTA* create) {
     data->Owner = record->Owner ? record->Owner : window;
     data->brush = CreateSolidBrush(data->BkColor);
     SetWindowLongA(window, kIdOffset, static_cast<LONG>(data->WindowId));
-    SetWindowLongPtrA(window, kOwnerOffset, reinterpret_cast<LONG_PTR>(data->Owner));
     return 0;
 }
 
@@ -354,10 +352,6 @@ COLORREF WindowBkColor(HWND window) {
     return IsUIWindow(window) && Data(window) ? Data(window)->BkColor : 0;
 }
 
-HBRUSH WindowBkBrush(HWND window) {
-    return IsUIWindow(window) && Data(window) ? Data(window)->brush : nullptr;
-}
-
 UINT RegisterWheelMessage() {
     OSVERSIONINFOA version = {};
     version.dwOSVersionInfoSize = sizeof version;
@@ -378,9 +372,4 @@ int IsUIWindow(HWND window) {
 
 uint32_t WindowIdOf(HWND window) {
     return IsUIWindow(window) ? static_cast<uint32_t>(GetWindowLongA(window, kIdOffset)) : 0;
-}
-
-HWND OwnerOf(HWND window) {
-    if (!IsUIWindow(window)) return nullptr;
-    return reinterpret_cast<HWND>(GetWindowLongPtrA(window, kOwnerOffset));
 }

@@ -33,8 +33,6 @@ HWND CreateUIWindow(HINSTANCE instance, uint32_t windowId, const char* title, in
 // (0 for a window that is not of the class).
 COLORREF SetWindowBkColor(HWND window, COLORREF color);
 COLORREF WindowBkColor(HWND window);
-// The brush of that colour, kept until it changes; null for other windows.
-HBRUSH WindowBkBrush(HWND window);
 
 // From any thread, whether the window is open or not. Set keeps the stored background colour.
 int GetSavedPlacement(uint32_t windowId, int* x, int* y, int* width, int* height);
@@ -50,7 +48,6 @@ void DestroyChildWindows(HWND window);
 // Fills WheelMessage and WheelIsNative; returns the message id.
 UINT RegisterWheelMessage();
 
-// From any thread of the program; 0 and null for windows that are not of the class.
+// From any thread of the program; 0 for windows that are not of the class.
 int IsUIWindow(HWND window);
 uint32_t WindowIdOf(HWND window);
-HWND OwnerOf(HWND window);

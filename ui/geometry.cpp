@@ -99,34 +99,11 @@ Box GridCell(const Grid& grid, int column, int row, int columnSpan, int rowSpan)
                                EvenSpan(y, grid.rows, grid.gap, row + rowSpan - 1)));
 }
 
-Box TakeTop(Box* area, int height, int gap) {
-    const int taken = std::clamp(height, 0, area->height);
-    const Box strip = {area->left, area->top, area->width, taken};
-    const int gone = std::clamp(taken + std::max(gap, 0), 0, area->height);
-    area->top += gone;
-    area->height -= gone;
-    return strip;
-}
-
-Box TakeBottom(Box* area, int height, int gap) {
-    const int taken = std::clamp(height, 0, area->height);
-    const Box strip = {area->left, area->top + area->height - taken, area->width, taken};
-    area->height -= std::clamp(taken + std::max(gap, 0), 0, area->height);
-    return strip;
-}
-
 Box TakeLeft(Box* area, int width, int gap) {
     const int taken = std::clamp(width, 0, area->width);
     const Box strip = {area->left, area->top, taken, area->height};
     const int gone = std::clamp(taken + std::max(gap, 0), 0, area->width);
     area->left += gone;
     area->width -= gone;
-    return strip;
-}
-
-Box TakeRight(Box* area, int width, int gap) {
-    const int taken = std::clamp(width, 0, area->width);
-    const Box strip = {area->left + area->width - taken, area->top, taken, area->height};
-    area->width -= std::clamp(taken + std::max(gap, 0), 0, area->width);
     return strip;
 }

@@ -28,9 +28,6 @@ struct Grid {
 };
 Box GridCell(const Grid& grid, int column, int row, int columnSpan = 1, int rowSpan = 1);
 
-// Takes a strip off one side of *area, followed by `gap` pixels; what the area lacks, the strip
-// lacks.
-Box TakeTop(Box* area, int height, int gap);
-Box TakeBottom(Box* area, int height, int gap);
+// Takes a strip off the left side of *area, followed by `gap` pixels; what the area lacks, the
+// strip lacks.
 Box TakeLeft(Box* area, int width, int gap);
-Box TakeRight(Box* area, int width, int gap);

@@ -25,10 +25,3 @@ int LabelFontHeight(int width, int height, int large) {
     size = std::max(size, 1);
     return large ? (size * 3 + 1) / 2 : size;
 }
-
-int ScaledFontHeight(int measuredWidth, int measuredHeight, int width, int maxHeight) {
-    const int limit = std::max(maxHeight, 1);
-    if (measuredWidth <= 0 || measuredHeight <= 0) return limit;
-    const int64_t fitting = static_cast<int64_t>(width) * measuredHeight / measuredWidth;
-    return static_cast<int>(std::clamp<int64_t>(fitting, 1, limit));
-}

@@ -27,8 +27,3 @@ extern const ColorValue kColorValues[kColorCount];
 // Height in pixels of the label font for a button of width x height. `large` ("Large Font Size")
 // enlarges by half, rounded to the nearest. At least 1.
 int LabelFontHeight(int width, int height, int large);
-
-// Scales a measured text to a box: the largest height, 1 to maxHeight, at which a text that is
-// `measuredWidth` wide at `measuredHeight` fits into `width`. Hinting makes small sizes wider than
-// their share, so the caller measures once more.
-int ScaledFontHeight(int measuredWidth, int measuredHeight, int width, int maxHeight);

@@ -77,40 +77,9 @@ void GiveFont(CachedFont* cached, const char* face, int height, int weight, cons
     if (old) DeleteObject(old);
 }
 
-void GiveChildrenFont(CachedFont* cached, const char* face, int height, int weight, HWND parent) {
-    HFONT old;
-    HFONT font = RenewFont(cached, face, height, weight, &old);
-    for (HWND child = GetWindow(parent, GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT))
-        GiveFontTo(child, font);
-    if (old) DeleteObject(old);
-}
-
 void FreeFont(CachedFont* cached) {
     if (cached->font) DeleteObject(cached->font);
     *cached = {};
-}
-
-static int MeasureText(HDC dc, const char* face, int weight, int height, const char* text) {
-    HFONT font = CreateLabelFont(face, height, weight);
-    if (!font) return 0;
-    HGDIOBJ old = SelectObject(dc, font);
-    SIZE size = {};
-    GetTextExtentPoint32A(dc, text, static_cast<int>(strlen(text)), &size);
-    SelectObject(dc, old);
-    DeleteObject(font);
-    return size.cx;
-}
-
-int FitFontHeight(const char* face, int weight, const char* text, int width, int maxHeight) {
-    constexpr int kMeasured = 100;
-    HDC dc = CreateCompatibleDC(nullptr);
-    if (!dc) return 1;
-    const int wide = MeasureText(dc, face, weight, kMeasured, text);
-    int height = ScaledFontHeight(wide, kMeasured, width, maxHeight);
-    while (height > 1 && MeasureText(dc, face, weight, height, text) > width)
-        height--;
-    DeleteDC(dc);
-    return height;
 }
 
 void SetButtonOn(HWND button, int on) {

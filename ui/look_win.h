@@ -29,14 +29,8 @@ struct CachedFont {
 // the one before; controls that have it already are left alone. Null controls are skipped.
 void GiveFont(CachedFont* cached, const char* face, int height, int weight, const HWND* controls,
               int count);
-// The same for every child of `parent`.
-void GiveChildrenFont(CachedFont* cached, const char* face, int height, int weight, HWND parent);
 void FreeFont(CachedFont* cached);
 HFONT CreateLabelFont(const char* face, int height, int weight);
-
-// The largest cell height, 1 to maxHeight, at which `text` is at most `width` pixels wide. Makes
-// fonts to measure: for layouts, not for painting.
-int FitFontHeight(const char* face, int weight, const char* text, int width, int maxHeight);
 
 // A toggle button's look: label in BtnLtClr when on, BtnDrkClr when off, on BtnFaceClr, BtnActClr
 // under the pointer. Repaints only on change.
