@@ -188,6 +188,7 @@ void PaintPlayer(PlayerWindow* player) {
                SRCCOPY);
     if (UIOptions.Use3dLook)
         for (const Box& group : player->layout.groups) {
+            if (!group.width) continue;
             RECT edge = RectOf(group);
             InflateRect(&edge, kGroupAir, kGroupAir);
             DrawEdge(dc, &edge, BDR_SUNKENOUTER, BF_RECT);
@@ -197,10 +198,14 @@ void PaintPlayer(PlayerWindow* player) {
 
 // ---- layout
 
-// Small letters come out wider than their share of the measured ones.
+// Small letters come out wider than their share of the measured ones. Some heights no font meets
+// exactly: a cell that comes out higher is cut by its control, and of one that comes out lower the
+// system itself cuts the feet of brackets.
 static int LettersFit(const PlayerWindow& player, PlayerFont font, int height) {
     int fits = 1;
     WithFont(font, height, [&](HDC dc) {
+        TEXTMETRICA metric = {};
+        if (GetTextMetricsA(dc, &metric) && metric.tmHeight != height) fits = 0;
         for (int i = 0; i < kPlayerControls; ++i) {
             char text[kStringMax];
             if (PlayerFontOf(kPlayerFirst + i) != font) continue;
@@ -217,7 +222,9 @@ static void GiveFonts(PlayerWindow* player) {
     PlayerFontSizes(player->layout, player->widths, UIOptions.DoubleFontSize, sizes);
     for (int font = 0; font < kPlayerFonts; ++font) {
         const auto kind = static_cast<PlayerFont>(font);
-        while (sizes[font] > kPlayerMinLetter && !LettersFit(*player, kind, sizes[font]))
+        const int least =
+            kind == kFontTitles ? std::min(sizes[font], kPlayerMinTitle) : kPlayerMinLetter;
+        while (sizes[font] > least && !LettersFit(*player, kind, sizes[font]))
             --sizes[font];
         HWND controls[kPlayerControls];
         int count = 0;

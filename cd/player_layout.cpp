@@ -62,11 +62,12 @@ static void PlaceTracks(PlayerLayout* layout, Box area, bool twoRows) {
     PlaceTrackRow(layout, rows[1], kPlayerTrackButtons / 2, kPlayerTrackButtons / 2, false, true);
 }
 
-// The pie at the left end of the display: a square of its height, at most a quarter of its width.
-// Returns what is left of the display.
+// The pie at the left end of the display: a square of its height, at most a quarter of its width,
+// less a little air. Returns what is left of the display.
 static Box PlacePie(PlayerLayout* layout, Box display) {
     const int side = std::min(display.height, display.width / 4);
-    layout->pie = {display.left, display.top + (display.height - side) / 2, side, side};
+    layout->pie =
+        InsetBox({display.left, display.top + (display.height - side) / 2, side, side}, side / 24);
     TakeLeft(&display, side, kPlayerGroupGap);
     return display;
 }
@@ -147,7 +148,7 @@ static void LayOutWide(PlayerLayout* layout, Box area) {
 static void LayOutStacked(PlayerLayout* layout, Box area) {
     static constexpr int kOneRow[] = {29, 20, 10}, kTwoRows[] = {29, 20, 20};
     static constexpr int kShares[] = {7, 3}; // transport, caption and power
-    const bool low = area.height < 120;
+    const bool low = area.height < 120;      // too low for the groups' edges
     const int gap = low ? 2 : kPlayerRowGap, groupGap = low ? 2 : kPlayerGroupGap;
     const bool twoRows = TracksInTwoRows(area.width, (area.height - 2 * groupGap) / 6);
     Box groups[3], parts[2], rows[2], lower[2];
@@ -172,6 +173,7 @@ static void LayOutStacked(PlayerLayout* layout, Box area) {
     PlaceTransport(layout, lower[0]);
     PlaceRow(layout, lower[1], {{kPlayerCaption, 11}, {kPlayerPower, 9}});
     PlaceTracks(layout, groups[2], twoRows);
+    if (low) std::fill_n(layout->groups, static_cast<int>(kPlayerGroups), Box{});
 }
 
 PlayerLayout LayOutPlayer(int width, int height) {
@@ -202,12 +204,14 @@ static bool HasEdge(int id) {
 void PlayerFontSizes(const PlayerLayout& layout, const PlayerTextWidths& widths, int large,
                      int (&sizes)[kPlayerFonts]) {
     std::fill_n(sizes, static_cast<int>(kPlayerFonts), 1000);
+    int leastTitle = kPlayerMinTitle;
     for (int i = 0; i < kPlayerControls; ++i) {
         const int id = kPlayerFirst + i;
         if (id == kPlayerSlider) continue;
         const int edge = HasEdge(id) ? kEdge : 0;
         const Box& box = layout.boxes[i];
         int size = box.height - edge; // a cell's empty top may lie under the edge
+        if (PlayerFontOf(id) == kFontTitles) leastTitle = std::min(leastTitle, size);
         if (widths.width[i])
             size = std::min(size, (box.width - 2 * (edge + kTextAir)) * 1000 / widths.width[i]);
         int& smallest = sizes[PlayerFontOf(id)];
@@ -220,6 +224,7 @@ void PlayerFontSizes(const PlayerLayout& layout, const PlayerTextWidths& widths,
         if (!large && font != kFontTimes) size = std::min(size, std::max(kSmall, size * 4 / 5));
         size = std::max(size, kPlayerMinLetter);
     }
+    sizes[kFontTitles] = std::max(sizes[kFontTitles], leastTitle);
     // One scale in the display: titles stand no higher than the times below them.
     sizes[kFontTitles] = std::min(sizes[kFontTitles], sizes[kFontTimes]);
 }

@@ -53,7 +53,7 @@ enum PlayerGroup { kGroupDisplay, kGroupButtons, kGroupTracks, kPlayerGroups };
 struct PlayerLayout {
     Box boxes[kPlayerControls]; // by id - kPlayerFirst, in client pixels
     Box pie;                    // a square
-    Box groups[kPlayerGroups];  // bounds of the groups' controls
+    Box groups[kPlayerGroups];  // bounds of the groups' controls; empty without room for an edge
     Box panel;                  // bounds of the texts and the pie: the dark part of the display
 };
 
@@ -74,7 +74,9 @@ struct PlayerTextWidths {
 };
 
 // Letter heights (cell height in pixels, at least kPlayerMinLetter) by which no label is clipped.
-// Some room is left free; `large` ("Large Font Size") uses it up.
+// Some room is left free; `large` ("Large Font Size") uses it up. Titles end in dots rather than
+// become smaller than kPlayerMinTitle.
 constexpr int kPlayerMinLetter = 7;
+constexpr int kPlayerMinTitle = 10;
 void PlayerFontSizes(const PlayerLayout& layout, const PlayerTextWidths& widths, int large,
                      int (&sizes)[kPlayerFonts]);

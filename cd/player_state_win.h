@@ -31,6 +31,7 @@ struct PlayerWindow {
 
     uint16_t page;     // track buttons: page offset
     int dragging;      // the slider's thumb is held
+    int sought;        // where the slider asked to play since the last tick, or -1
     int registered;    // with the engine, at the last look
     Tmsf segmentStart; // of the segment repeater, kNoSegmentStart when none
     CdSnapshot now;

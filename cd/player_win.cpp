@@ -19,6 +19,7 @@
 static constexpr UINT_PTR kTimerId = 700;
 static constexpr UINT kTimerMs = 500;
 static constexpr int kPageStep = 5;
+static constexpr int kNowhere = -1;
 
 static PlayerWindow s_player;
 
@@ -144,6 +145,7 @@ static void OnTimer(PlayerWindow* player) {
     player->registered = RegisterCdWindow(player->window);
     if (player->registered == 1 || (before && !player->registered)) Refresh(player);
     GetCdSnapshot(&player->now);
+    player->sought = kNowhere;
     ShowTimes(player);
 }
 
@@ -256,14 +258,20 @@ static int OnCommand(PlayerWindow* player, int id, int code, int fromControl) {
     return code == kButtonClicked && OnButton(player, id);
 }
 
+// A click beside the thumb is reported twice, by its page step and by its release. The release must
+// not seek once more, least of all when a tick has set the thumb back meanwhile to where the disc
+// still is.
 static void OnSlider(PlayerWindow* player, int code, int position) {
+    const int dragged = player->dragging;
     player->dragging = code == SB_THUMBTRACK;
     GetCdSnapshot(&player->now);
     if (!player->now.busy) return;
-    if (player->dragging)
+    if (player->dragging) {
         ShowTrackTime(player, position);
-    else
+    } else if (dragged || (position != player->sought && position != player->now.elapsed)) {
         PostCdCommand(kCdSeek, position);
+        player->sought = position;
+    }
 }
 
 // Keys of the transport, typed here or handed on by the console.
@@ -295,6 +303,7 @@ static int OnCreateControls(HWND window) {
     s_player = {};
     s_player.window = window;
     s_player.segmentStart = kNoSegmentStart;
+    s_player.sought = kNowhere;
     if (!CreatePlayerControls(&s_player)) return 0;
     if (!SetTimer(window, kTimerId, kTimerMs, nullptr)) return 0;
     s_player.registered = RegisterCdWindow(window);
