@@ -1,5 +1,4 @@
-// Editing a disc's texts: limits, one artist for all, the walk through the cells, and what the
-// record becomes.
+// Editing a disc's texts: limits, and what the record becomes.
 #include "cdinfo/editor.h"
 #include "cdinfo/program.h"
 #include "core/text.h"
@@ -68,29 +67,6 @@ TEST(Edit, ALongerCommentStaysUnlessEdited) {
     EXPECT_FALSE(SetTrackField(&disc, 0, kTrackComment, full.c_str(), 0));
     EXPECT_FALSE(SetDiscComment(&disc, full.c_str()));
     EXPECT_EQ(disc.comment, full);
-}
-
-TEST(Edit, CellsFollowEachOther) {
-    const struct {
-        TrackCell from;
-        CellStep step;
-        TrackCell to; // the same: no way on
-    } cases[] = {
-        {{0, kTrackArtist}, kCellNext, {0, kTrackTitle}},
-        {{0, kTrackComment}, kCellNext, {1, kTrackArtist}},
-        {{1, kTrackArtist}, kCellPrevious, {0, kTrackComment}},
-        {{0, kTrackArtist}, kCellPrevious, {0, kTrackArtist}},
-        {{2, kTrackTitle}, kCellDown, {2, kTrackTitle}},
-        {{1, kTrackTitle}, kCellUp, {0, kTrackTitle}},
-        {{2, kTrackComment}, kCellNext, {2, kTrackComment}},
-    };
-    for (const auto& c : cases) {
-        TrackCell cell = c.from;
-        const int stays = c.from.track == c.to.track && c.from.field == c.to.field;
-        EXPECT_EQ(StepCell(&cell, c.step, 3), !stays);
-        EXPECT_EQ(cell.track, c.to.track) << c.from.track << c.from.field << c.step;
-        EXPECT_EQ(cell.field, c.to.field) << c.from.track << c.from.field << c.step;
-    }
 }
 
 TEST(Edit, OnlyAChangeRaisesTheRevision) {

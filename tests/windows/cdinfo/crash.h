@@ -4,6 +4,7 @@
 #include "tests/windows/cdinfo/support.h"
 
 #include <algorithm>
+#include <cstdio>
 #include <map>
 
 #include <objbase.h>
@@ -50,16 +51,21 @@ inline int Fails(int* isHit) {
     return 1;
 }
 
+// A call that works or fails and leaves nothing half done.
+template <auto Call, class... Arguments>
+void FailOrCall(FileLayer& disk, FileResult (*FileLayer::*)(Arguments...)) {
+    disk.*Call = [](Arguments... arguments) {
+        int hit;
+        return Fails(&hit) ? kFileFailed : (SystemFiles().*Call)(arguments...);
+    };
+}
+
 inline FileLayer CrashingDisk() {
     FileLayer disk = SystemFiles();
-    disk.read = [](const wchar_t* path, std::vector<uint8_t>* bytes) {
-        int hit;
-        return Fails(&hit) ? kFileFailed : SystemFiles().read(path, bytes);
-    };
-    disk.size = [](const wchar_t* path, uint64_t* bytes) {
-        int hit;
-        return Fails(&hit) ? kFileFailed : SystemFiles().size(path, bytes);
-    };
+    FailOrCall<&FileLayer::read>(disk, &FileLayer::read);
+    FailOrCall<&FileLayer::size>(disk, &FileLayer::size);
+    FailOrCall<&FileLayer::lock>(disk, &FileLayer::lock);
+    FailOrCall<&FileLayer::hold>(disk, &FileLayer::hold);
     disk.write = [](const wchar_t* path, std::span<const uint8_t> bytes) {
         int hit;
         if (!Fails(&hit)) {
@@ -103,14 +109,6 @@ inline FileLayer CrashingDisk() {
         if (!Fails(&hit)) return SystemFiles().remove(path);
         if (hit && s_disk.plan->variant % 2) SystemFiles().remove(path);
         return kFileFailed;
-    };
-    disk.hold = [](void* lock, const wchar_t* path) {
-        int hit;
-        return Fails(&hit) ? kFileBusy : SystemFiles().hold(lock, path);
-    };
-    disk.lock = [](const wchar_t* path, void** lock) {
-        int hit;
-        return Fails(&hit) ? kFileBusy : SystemFiles().lock(path, lock);
     };
     return disk;
 }
@@ -241,8 +239,6 @@ inline CrashEnd RunPlan(const Scene& scene, CrashPlan& plan) {
 
 struct CrashCount {
     int images = 0, bad = 0, old = 0, fresh = 0;
-    CrashPlan firstBad;
-    Change firstBadChange = kAllChanges;
 };
 
 // Stops the disk at every call of every change, in every variant, then again with other cuts until
@@ -260,10 +256,8 @@ inline CrashCount CrashEverywhere(const std::wstring& path, int images) {
                 ++count.images;
                 count.old += end == kEndOld;
                 count.fresh += end == kEndNew;
-                if (end == kEndBad && !count.bad++) {
-                    count.firstBad = plan;
-                    count.firstBadChange = static_cast<Change>(c);
-                }
+                if (end == kEndBad && !count.bad++)
+                    std::printf("bad: change %d, call %d, round %d\n", c, at, round);
             }
         }
     }

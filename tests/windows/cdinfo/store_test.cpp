@@ -39,17 +39,14 @@ static void MakeAliasDatabase(const std::wstring& path) {
 }
 
 TEST(Texts, StringTableAgreesWithTheConstants) {
-    char text[kStringMax];
-    const struct {
-        UINT id;
-        const char* text;
-    } cases[] = {{128, kUnknownTitle},
-                 {129, kDefaultArtist},
-                 {130, kTrackTitleFormat},
-                 {134, kVariousArtists}};
-    for (const auto& c : cases) {
-        LoadText(c.id, text);
-        EXPECT_STREQ(c.text, text);
+    const std::pair<UINT, const char*> cases[] = {{128, kUnknownTitle},
+                                                  {129, kDefaultArtist},
+                                                  {130, kTrackTitleFormat},
+                                                  {134, kVariousArtists}};
+    for (const auto& [id, expected] : cases) {
+        char text[kStringMax];
+        LoadText(id, text);
+        EXPECT_STREQ(expected, text);
     }
 }
 
