@@ -70,20 +70,6 @@ TEST(Crash, OpeningTakesTheGoodLeftOver) {
     Forget(path);
 }
 
-// Somebody (a scanner, a backup) has the new or the old file open when the replace comes.
-TEST(Crash, AFileHeldOpenMeansNoChange) {
-    const std::wstring path = Scratch(L"held.cdp");
-    const Scene scene = MakeScene(path, kReplaceDisc);
-    Spill(path, scene.base);
-    HANDLE other = CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
-                               0, nullptr);
-    EXPECT_EQ(0, MakeChange(path, kReplaceDisc));
-    CloseHandle(other);
-    EXPECT_EQ(scene.base, Slurp(path));
-    EXPECT_EQ(scene.before, ReadWorld(path));
-    Forget(path);
-}
-
 // Flipped bits and cut ends: every operation comes back, and a sound database stays readable.
 TEST(Damage, HundredsOfDamagedDatabases) {
     const std::wstring path = DefaultDatabasePath();

@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <thread>
+
 #include "cdinfo/compound_win.h"
 #include "core/commands.h"
 #include "core/strings_win.h"
@@ -116,53 +118,6 @@ TEST_F(StoreTest, OnlyTheDefaultDatabaseIsMovedAside) {
     EXPECT_EQ(text, Slurp(standard + L".bad"));
     EXPECT_EQ(damaged, Slurp(standard + L".bad2"));
     ExpectTidy(standard);
-}
-
-static DWORD WINAPI AnswerQuestion(void* answer) {
-    for (int i = 0; i < 500; ++i) {
-        const HWND box = FindWindowA("#32770", "Duplicate Entry - Replace?");
-        if (box) {
-            PostMessageA(box, WM_COMMAND, reinterpret_cast<WPARAM>(answer), 0);
-            return 0;
-        }
-        Sleep(10);
-    }
-    return 1;
-}
-
-TEST_F(StoreTest, AsksBeforeReplacing) {
-    EXPECT_EQ(1, AddOrReplace(path.c_str(), *MakeRecord(5, "Old"), 1, nullptr)); // no question
-    for (const int answer : {IDNO, IDYES}) {
-        HANDLE thread =
-            CreateThread(nullptr, 0, AnswerQuestion,
-                         reinterpret_cast<void*>(static_cast<INT_PTR>(answer)), 0, nullptr);
-        EXPECT_EQ(answer == IDYES, AddOrReplace(path.c_str(), *MakeRecord(5, "New"), 1, nullptr));
-        WaitForSingleObject(thread, INFINITE);
-        CloseHandle(thread);
-        EXPECT_EQ(answer == IDYES ? "New" : "Old", TitleOf(path, 5));
-    }
-}
-
-static int FindProgress(const void*, size_t, uint32_t, void* context) {
-    const HWND window = FindWindowA("#32770", "Tonvista");
-    const HWND bar = window ? GetDlgItem(window, IDC_READ_BAR) : nullptr;
-    static_cast<std::vector<LRESULT>*>(context)->push_back(bar ? SendMessageA(bar, PBM_GETPOS, 0, 0)
-                                                               : -1);
-    return 1;
-}
-
-TEST_F(StoreTest, ProgressFromElevenPairsOn) {
-    for (const uint32_t discs : {9u, 10u}) { // and the pair {0, 0}
-        Forget(path);
-        for (uint32_t id = 1; id <= discs; ++id)
-            ASSERT_TRUE(Add(path, id, "x", 1));
-        std::vector<LRESULT> seen;
-        EXPECT_EQ(1, EnumerateEntries(nullptr, path.c_str(), FindProgress, &seen, 1, 0));
-        ASSERT_EQ(discs, seen.size());
-        EXPECT_EQ(discs == 9 ? -1 : 2, seen.front()); // {0, 0} has been stepped over
-        EXPECT_EQ(discs == 9 ? -1 : 20, seen.back());
-        EXPECT_EQ(nullptr, FindWindowA("#32770", "Tonvista"));
-    }
 }
 
 // The index is {0,0},{A,A},{B,A}: B's texts are those of A.
@@ -341,4 +296,38 @@ TEST_F(StoreTest, ABatchIsAllOrNothing) {
     BatchDelete(batch, 2);
     CancelStoreBatch(batch);
     EXPECT_EQ("Many", TitleOf(path, 2));
+}
+
+TEST_F(StoreTest, AsksBeforeReplacing) {
+    EXPECT_EQ(1, AddOrReplace(path.c_str(), *MakeRecord(5, "Old"), 1, nullptr)); // no question
+    for (const int answer : {IDNO, IDYES}) {
+        std::thread person([&] {
+            HWND box = nullptr;
+            Wait([&] { return (box = FindWindowA("#32770", "Duplicate Entry - Replace?")); });
+            PostMessageA(box, WM_COMMAND, static_cast<WPARAM>(answer), 0);
+        });
+        EXPECT_EQ(answer == IDYES, AddOrReplace(path.c_str(), *MakeRecord(5, "New"), 1, nullptr));
+        person.join();
+        EXPECT_EQ(answer == IDYES ? "New" : "Old", TitleOf(path, 5));
+    }
+}
+
+TEST_F(StoreTest, ProgressFromElevenPairsOn) {
+    std::vector<LRESULT> seen; // where the bar stands at each call; -1: there is none
+    const auto note = [](const void*, size_t, uint32_t, void* context) {
+        const HWND window = FindWindowA("#32770", "Tonvista");
+        const HWND bar = window ? GetDlgItem(window, IDC_READ_BAR) : nullptr;
+        static_cast<std::vector<LRESULT>*>(context)->push_back(
+            bar ? SendMessageA(bar, PBM_GETPOS, 0, 0) : -1);
+        return 1;
+    };
+    for (uint32_t id = 1; id <= 9; ++id) // and the pair {0, 0}
+        ASSERT_TRUE(Add(path, id, "x", 1));
+    EXPECT_EQ(1, EnumerateEntries(nullptr, path.c_str(), note, &seen, 1, 0));
+    EXPECT_EQ(std::vector<LRESULT>(9, -1), seen);
+    ASSERT_TRUE(Add(path, 10, "x", 1));
+    seen.clear();
+    EXPECT_EQ(1, EnumerateEntries(nullptr, path.c_str(), note, &seen, 1, 0));
+    EXPECT_EQ((std::vector<LRESULT>{2, 4, 6, 8, 10, 12, 14, 16, 18, 20}), seen);
+    EXPECT_EQ(nullptr, FindWindowA("#32770", "Tonvista"));
 }

@@ -15,6 +15,13 @@
 
 using Bytes = std::vector<uint8_t>;
 
+// Until something comes true in another thread; false when it does not.
+template <class Condition> bool Wait(Condition condition) {
+    for (const DWORD start = GetTickCount(); !condition(); Sleep(5))
+        if (GetTickCount() - start > 5000) return false;
+    return true;
+}
+
 inline std::wstring Scratch(const wchar_t* name) {
     wchar_t folder[MAX_PATH];
     GetTempPathW(MAX_PATH, folder);
