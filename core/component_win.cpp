@@ -141,6 +141,7 @@ static int WaitAnswering(HANDLE handle, DWORD waitMs) {
         const DWORD left = waitMs == INFINITE ? INFINITE : waitMs - passed;
         const DWORD result = MsgWaitForMultipleObjects(1, &handle, FALSE, left, QS_SENDMESSAGE);
         if (result == WAIT_OBJECT_0) return 1;
+        if (result == WAIT_TIMEOUT) return 0;
         if (result != WAIT_OBJECT_0 + 1) return WaitForSingleObject(handle, left) == WAIT_OBJECT_0;
         MSG message;
         PeekMessageA(&message, nullptr, 0, 0, PM_NOREMOVE | PM_QS_SENDMESSAGE);
