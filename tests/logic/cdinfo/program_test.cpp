@@ -45,7 +45,6 @@ TEST(Program, LengthsAndTextsOfEntries) {
         {MakeTmsf(1, 0, 0, 1), MakeTmsf(1, 3, 20, 0), 200, "Track 1 (03:20)"},
         {MakeTmsf(3, 0, 0, 1), MakeTmsf(1, 0, 0, 0), 4265, "Long One (71:05)"}, // stop ignored
         {MakeTmsf(5, 0, 0, 1), MakeTmsf(5, 1, 0, 0), 0, "Track 5 (00:00)"},
-        {MakeTmsf(255, 9, 9, 9), MakeTmsf(255, 1, 0, 0), 0, "Track 255 (00:00)"},
         {MakeTmsf(1, 0, 50, 0), MakeTmsf(1, 2, 10, 74), 80,
          "T001:M000:S050 - T001:M002:S010   (01:20)"},
         {MakeTmsf(1, 2, 0, 0), MakeTmsf(2, 0, 30, 0), 0,
@@ -63,7 +62,6 @@ TEST(Program, LengthsAndTextsOfEntries) {
     CDInfoRecord program = disc;
     Fill(&program, {0, 1});
     program.program[1] = WholeTrackSegment(program, 3);
-    EXPECT_EQ(ProgramSeconds(program), 60u + 4265);
     program.programCount = 60000; // a record that lies
     EXPECT_EQ(ProgramSeconds(program), 60u + 4265);
 }
