@@ -5,6 +5,7 @@
 #include "tests/support/tone_disc.h"
 
 constexpr const char* kPlayer = "CDPlayerUI";
+constexpr int kTrackTitle = 702, kPlayTrack2 = 711, kDriveTime = 741; // controls of the player
 
 namespace {
 class FaultTest : public ProgramTest {
@@ -39,31 +40,26 @@ protected:
         CloseHandle(thread);
         return good;
     }
-    // The player is gone and can be had back, while the engine never noticed.
-    static void ExpectPlayerComesBack() {
-        const HWND engine = FindCdEngine();
-        ASSERT_TRUE(engine);
-        EXPECT_TRUE(WaitUntil([] { return ReadWindowDword(1, "CDPlayerUI", 9) == 0; }));
-        Command(FindConsole(), kConsoleCdPlayer);
-        ASSERT_TRUE(WaitUntil([] { return FindComponent(kPlayer) != nullptr; }));
-        EXPECT_LT(AnswerTime(FindComponent(kPlayer)), 1000u);
-        EXPECT_EQ(FindCdEngine(), engine);
-    }
 };
 } // namespace
 
 TEST_F(FaultTest, PlayerFaultsInItsProcedureAndEverythingElseGoesOn) {
     Start();
+    const HWND engine = FindCdEngine();
+    ASSERT_TRUE(engine);
     for (const int slot : {0, GWLP_USERDATA}) {
         SCOPED_TRACE(slot);
-        ASSERT_TRUE(WaitUntil([] { return FindComponent(kPlayer) != nullptr; }));
         WriteRegString(kUserRoot, kSettingsRoot, "LastException", "");
         const HWND player = FindComponent(kPlayer);
         SetWindowLongPtrA(player, slot, 16);
         PostMessageA(player, WM_LBUTTONDOWN, 0, MAKELPARAM(2, 2));
         EXPECT_TRUE(WaitUntil([&] { return !IsWindow(player); }));
         EXPECT_TRUE(WaitUntil([] { return LastException() == kPlayer; })) << LastException();
-        ExpectPlayerComesBack();
+        EXPECT_TRUE(WaitUntil([] { return ReadWindowDword(1, kPlayer, 9) == 0; }));
+        Command(FindConsole(), kConsoleCdPlayer);
+        ASSERT_TRUE(WaitUntil([] { return FindComponent(kPlayer) != nullptr; }));
+        EXPECT_LT(AnswerTime(FindComponent(kPlayer)), 1000u);
+        EXPECT_EQ(FindCdEngine(), engine);
     }
     EXPECT_EQ(Close(), 0);
 }
@@ -80,10 +76,13 @@ TEST_F(FaultTest, EngineFaultsAndCanBeSwitchedOnAgain) {
     EXPECT_TRUE(WaitUntil([&] { return !(peer.block->RunningFlags & kRunningCd); }));
     Command(FindConsole(), kConsoleCdEngine);
     EXPECT_TRUE(WaitUntil([&] { return FindCdEngine() && peer.block->RunningFlags & kRunningCd; }));
-    // The device was closed by the engine that died, or this one could not have opened it.
+    // The device was closed by the engine that died, or this one could not have opened it. The
+    // player has stayed, and the new engine tells it.
     EXPECT_TRUE(WaitUntil([&] { return peer.block->CdTrackCount == 2; }));
-    Command(FindCdEngine(), kCdPlay, 2);
+    Command(FindComponent(kPlayer), kPlayTrack2, reinterpret_cast<LPARAM>(FindConsole()));
     EXPECT_TRUE(WaitUntil([&] { return peer.block->CdTrack == 2; }));
+    EXPECT_TRUE(
+        WaitUntil([] { return ChildText(FindComponent(kPlayer), kTrackTitle) == "Track 2"; }));
     EXPECT_EQ(Close(), 0);
 }
 
@@ -91,6 +90,10 @@ TEST_F(FaultTest, HungPlayerCostsTwoSecondsAtTheEnd) {
     Start();
     const HWND player = FindComponent(kPlayer);
     ASSERT_TRUE(player);
+    // Suspended while it painted, it would hold a lock of the system's. So: right after a timer.
+    ASSERT_TRUE(WaitUntil([&] { return ChildText(player, kDriveTime) == "D: 01:20"; }));
+    EXPECT_LT(AnswerTime(player), 1000u);
+    Sleep(100);
     HANDLE thread =
         OpenThread(THREAD_SUSPEND_RESUME, FALSE, GetWindowThreadProcessId(player, nullptr));
     ASSERT_TRUE(thread);
@@ -122,4 +125,17 @@ TEST_F(FaultTest, SlowDriveFreezesNoWindow) {
     EXPECT_LT(worst, 2000u);
     SetDrive("StallMs", 0);
     program->Kill(); // it would wait for the drive
+}
+
+// Another program's WM_CLOSE comes in while the console waits for the component that it starts.
+TEST_F(FaultTest, AskedToCloseWhileTheEngineStarts) {
+    FreshSettings();
+    Start();
+    SetDrive("StallMs", 1000);
+    Command(FindConsole(), kConsoleCdEngine);
+    ASSERT_TRUE(WaitUntil([] { return FindCdEngine() != nullptr; }));
+    Ask(FindConsole(), WM_CLOSE, 0, 0);
+    Sleep(2500); // longer than a stop would wait for the engine
+    SetDrive("StallMs", 0);
+    EXPECT_EQ(program->WaitEnd(), 0);
 }
