@@ -47,19 +47,17 @@ static std::vector<Box> AllBoxes(const PlayerLayout& layout) {
 static PlayerTextWidths ArialWidths() {
     PlayerTextWidths widths = {};
     const struct {
-        int id, width;
-    } rows[] = {{kPlayerPlay, 2060},      {kPlayerBack, 2780},       {kPlayerForward, 2000},
-                {kPlayerPause, 3000},     {kPlayerStop, 2220},       {kPlayerEject, 2500},
-                {kPlayerRepeat, 3500},    {kPlayerRandom, 4110},     {kPlayerIntro, 2500},
-                {kPlayerProgram, 4340},   {kPlayerInfo, 3350},       {kPlayerPower, 3060},
-                {kPlayerCaption, 4200},   {kPlayerTrackTime, 8900},  {kPlayerDiscTime, 2560},
-                {kPlayerDriveTime, 4400}, {kPlayerRestart, 870},     {kPlayerTrackLock, 870},
-                {kPlayerRepeater, 560},   {kPlayerArtist, 10600},    {kPlayerTrackTitle, 10600},
-                {kPlayerNextPage, 590},   {kPlayerPreviousPage, 340}};
+        int first, last, width;
+    } rows[] = {
+        {kPlayerArtist, kPlayerTrackTitle, 10600},   {kPlayerTrackTime, kPlayerTrackTime, 8900},
+        {kPlayerPlay, kPlayerEject, 3000},           {kPlayerTrack1, kPlayerTrack1 + 19, 1670},
+        {kPlayerRepeat, kPlayerProgram, 4340},       {kPlayerInfo, kPlayerInfo, 3350},
+        {kPlayerNextPage, kPlayerPreviousPage, 590}, {kPlayerCaption, kPlayerCaption, 4200},
+        {kPlayerPower, kPlayerPower, 3060},          {kPlayerDiscTime, kPlayerDiscTime, 2560},
+        {kPlayerDriveTime, kPlayerDriveTime, 4400},  {kPlayerRepeater, kPlayerTrackLock, 870}};
     for (const auto& row : rows)
-        widths.width[row.id - kPlayerFirst] = row.width;
-    for (int i = 0; i < kPlayerTrackButtons; ++i)
-        widths.width[kPlayerTrack1 + i - kPlayerFirst] = 1670;
+        for (int id = row.first; id <= row.last; ++id)
+            widths.width[id - kPlayerFirst] = row.width;
     return widths;
 }
 

@@ -46,16 +46,6 @@ TEST(Geometry, WeightsShareAndDegenerateOnesAreEven) {
     EXPECT_EQ(InsetBox({0, 0, 9, 4}, 7).height, 0);
 }
 
-TEST(Geometry, GridCellsSpanWholeColumnsAndRows) {
-    const Grid grid = {{7, 7, 203, 102}, 4, 5, 1};
-    const Box wide = GridCell(grid, 1, 2, 3, 1), last = GridCell(grid, 3, 4);
-    EXPECT_EQ(wide.left, GridCell(grid, 1, 0).left);
-    EXPECT_EQ(wide.left + wide.width, 7 + 203);
-    EXPECT_EQ(last.top + last.height, 7 + 102);
-    EXPECT_EQ(GridCell(grid, 3, 0, 2, 1).width, 0) << "beyond the grid";
-    EXPECT_EQ(GridCell({{0, 0, 10, 10}, 0, 0, 0}, 0, 0).width, 0);
-}
-
 TEST(Look, LabelHeights) {
     const struct {
         int width, height, plain, large;

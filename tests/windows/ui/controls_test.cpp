@@ -19,9 +19,14 @@ static HWND MakeButton(const Recorder& recorder, DWORD style = 0, const char* te
     return button;
 }
 
-static void Click(HWND button) {
+// A press inside, a way, and the release at its end.
+static void Press(HWND button, const std::vector<POINT>& way) {
+    SendMessageA(button, WM_MOUSEMOVE, 0, At(4, 4));
     SendMessageA(button, WM_LBUTTONDOWN, MK_LBUTTON, At(5, 5));
-    SendMessageA(button, WM_LBUTTONUP, 0, At(5, 5));
+    for (POINT p : way)
+        SendMessageA(button, WM_MOUSEMOVE, MK_LBUTTON, At(p.x, p.y));
+    const POINT end = way.empty() ? POINT{5, 5} : way.back();
+    SendMessageA(button, WM_LBUTTONUP, 0, At(end.x, end.y));
 }
 
 // ---- button
@@ -29,45 +34,27 @@ static void Click(HWND button) {
 TEST(Button, ReleaseInsideIsAClickAndOutsideIsNone) {
     Recorder parent;
     HWND button = MakeButton(parent);
-    struct Case {
-        std::vector<POINT> way; // pointer between press and release
-        POINT release;
+    const struct {
+        std::vector<POINT> way;
         size_t clicks;
-    };
-    const Case cases[] = {{{}, {5, 5}, 1},
-                          {{{-3, 5}}, {-3, 5}, 0},
-                          {{{5, 31}, {6, 6}}, {6, 6}, 1},
-                          {{{6, 6}}, {200, 6}, 0}};
-    for (const auto& c : cases) {
-        parent.Take();
-        SendMessageA(button, WM_MOUSEMOVE, 0, At(4, 4));
-        EXPECT_EQ(GetCapture(), button);
-        SendMessageA(button, WM_LBUTTONDOWN, MK_LBUTTON, At(5, 5));
-        for (POINT p : c.way)
-            SendMessageA(button, WM_MOUSEMOVE, MK_LBUTTON, At(p.x, p.y));
-        SendMessageA(button, WM_LBUTTONUP, 0, At(c.release.x, c.release.y));
-        EXPECT_TRUE(parent.CodesOf(button).empty()) << "a click is posted, not sent";
-        Pump();
-        EXPECT_EQ(parent.CodesOf(button), Codes(c.clicks, kButtonClicked));
-        EXPECT_EQ(GetCapture() == button, c.clicks == 1) << "kept while the pointer is inside";
-    }
-}
-
-TEST(Button, NotifyTellsPressLeaveReturnAndRelease) {
-    Recorder parent;
-    HWND button = MakeButton(parent);
-    SetButtonNotify(button, 1);
-    SendMessageA(button, WM_MOUSEMOVE, 0, At(4, 4));
-    SendMessageA(button, WM_LBUTTONDOWN, MK_LBUTTON, At(5, 5));
-    SendMessageA(button, WM_MOUSEMOVE, MK_LBUTTON, At(-5, 5));
-    SendMessageA(button, WM_MOUSEMOVE, MK_LBUTTON, At(-6, 5)); // no second release
-    SendMessageA(button, WM_MOUSEMOVE, MK_LBUTTON, At(5, 5));
-    SendMessageA(button, WM_LBUTTONUP, 0, At(5, 5));
-    EXPECT_EQ(parent.CodesOf(button),
-              (Codes{kButtonPressed, kButtonReleased, kButtonPressed, kButtonReleased}))
-        << "sent at once";
-    Pump();
-    EXPECT_EQ(parent.CodesOf(button).back(), kButtonClicked);
+        Codes told; // with SetButtonNotify; the lost capture tells of a release too
+    } rows[] = {{{}, 1, {2, 3, 0}},
+                {{{-3, 5}, {-4, 5}}, 0, {2, 3, 3}},
+                {{{5, 31}, {6, 6}}, 1, {2, 3, 2, 3, 0}},
+                {{{6, 6}, {200, 6}}, 0, {2, 3, 3}}};
+    for (const int notify : {0, 1})
+        for (const auto& row : rows) {
+            SetButtonNotify(button, notify);
+            parent.notes.clear();
+            Press(button, row.way);
+            EXPECT_EQ(GetCapture() == button, row.clicks == 1)
+                << "kept while the pointer is inside";
+            EXPECT_EQ(parent.CodesOf(button).size(), notify ? row.told.size() - row.clicks : 0)
+                << "a click is posted, the others are sent";
+            Pump();
+            EXPECT_EQ(parent.CodesOf(button),
+                      notify ? row.told : Codes(row.clicks, kButtonClicked));
+        }
     EXPECT_EQ(LOWORD(parent.notes.back().wParam), 704);
 }
 
@@ -93,8 +80,7 @@ TEST(Button, ParentMayDestroyItInsideANotification) {
         parent.onNote = [&](const Note& note) {
             if (HIWORD(note.wParam) == code) DestroyWindow(button);
         };
-        SendMessageA(button, WM_MOUSEMOVE, 0, At(4, 4));
-        Click(button);
+        Press(button, {});
         Pump();
         EXPECT_FALSE(IsWindow(button));
         for (int told : parent.CodesOf(button))
@@ -106,7 +92,7 @@ TEST(Button, PushlikeStaysInUntilClickedAgain) {
     Recorder parent;
     HWND toggle = MakeButton(parent, BS_PUSHLIKE);
     for (int checked : {1, 0}) {
-        Click(toggle);
+        Press(toggle, {});
         EXPECT_EQ(SendMessageA(toggle, BM_GETCHECK, 0, 0), checked);
         EXPECT_EQ(PixelOf(toggle, 0, 0), GetSysColor(checked ? COLOR_3DSHADOW : COLOR_3DLIGHT));
     }
@@ -117,38 +103,34 @@ TEST(Button, LabelTakesItsColorsAndADisabledOneHasNone) {
     HWND button = MakeButton(parent);
     const RECT client = ClientRect(button);
     EXPECT_GT(CountPixels(button, client, kText), 20);
-    EXPECT_EQ(PixelOf(button, 4, 4), kFace);
     SendMessageA(button, WM_MOUSEMOVE, 0, At(4, 4));
     EXPECT_GT(CountPixels(button, client, kHot), 20);
     EXPECT_EQ(CountPixels(button, client, kText), 0);
     SendMessageA(button, WM_MOUSEMOVE, 0, At(-1, 4));
     EXPECT_EQ(CountPixels(button, client, kHot), 0);
     EnableWindow(button, FALSE);
-    EXPECT_EQ(CountPixels(button, client, kText), 0);
-    RECT face = client;
-    InflateRect(&face, -2, -2);
-    EXPECT_EQ(CountPixels(button, face, kFace),
-              (face.right - face.left) * (face.bottom - face.top));
+    EXPECT_EQ(CountPixels(button, {2, 2, client.right - 2, client.bottom - 2}, kFace),
+              (client.right - 4) * (client.bottom - 4));
     DestroyWindow(button);
     HWND born = MakeButton(parent, WS_DISABLED);
     EXPECT_EQ(CountPixels(born, client, kText), 0) << "disabled from the start";
     EXPECT_GT(CountPixels(born, client, kFace), 0);
 }
 
-TEST(Button, TextsAreComparedOverTheirFirst127Characters) {
+TEST(Button, RepaintsOnlyWhatChanged) {
     Recorder parent;
     HWND button = MakeButton(parent);
     std::string text(140, 'a');
-    SendMessageA(button, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(text.c_str()));
-    EXPECT_TRUE(NeedsPaint(button));
-    UpdateWindow(button);
-    text[127] = 'b';
-    SendMessageA(button, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(text.c_str()));
-    EXPECT_FALSE(NeedsPaint(button));
-    text[126] = 'b';
-    SendMessageA(button, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(text.c_str()));
-    EXPECT_TRUE(NeedsPaint(button));
-    UpdateWindow(button);
+    const struct {
+        size_t index;
+        bool repainted;
+    } rows[] = {{0, true}, {127, false}, {126, true}}; // the first 127 characters are compared
+    for (const auto& row : rows) {
+        text[row.index] = 'b';
+        SendMessageA(button, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(text.c_str()));
+        EXPECT_EQ(NeedsPaint(button), row.repainted) << row.index;
+        UpdateWindow(button);
+    }
     SetButtonColors(button, kText, kFace, kHot);
     EXPECT_FALSE(NeedsPaint(button)) << "the same colours again";
     SetButtonOn(button, 1);
@@ -164,26 +146,11 @@ TEST(Button, ImagesAreDrawnEvenWhenDisabled) {
     EXPECT_GT(CountPixels(button, ClientRect(button), kText), 0) << "no image yet: the label";
     EXPECT_EQ(SendMessageA(button, BM_SETIMAGE, IMAGE_BITMAP, image), 0);
     EXPECT_EQ(SendMessageA(button, BM_GETIMAGE, IMAGE_BITMAP, 0), image);
-    EXPECT_EQ(SendMessageA(button, BM_GETIMAGE, IMAGE_ICON, 0), 0);
     EnableWindow(button, FALSE);
     EXPECT_EQ(CountPixels(button, {34, 10, 42, 16}, 0xFFFFFF), 48) << "centred, shifted by an edge";
     EXPECT_EQ(SendMessageA(button, BM_SETIMAGE, IMAGE_BITMAP, 0x7777), image);
     EXPECT_EQ(PixelOf(button, 38, 12), kFace) << "no bitmap: nothing drawn, nothing broken";
     DeleteObject(bitmap);
-}
-
-TEST(Button, TheRealPointerHoversAndLeaves) {
-    Recorder parent;
-    HWND button = MakeButton(parent);
-    const POINT center = CenterOf(button);
-    MovePointer(center.x, center.y);
-    EXPECT_GT(CountPixels(button, ClientRect(button), kHot), 20);
-    PressPointer();
-    ReleasePointer();
-    EXPECT_EQ(parent.CodesOf(button), Codes{kButtonClicked});
-    ParkPointer(); // outside every window of this program
-    EXPECT_TRUE(PumpUntil([&] { return !CountPixels(button, ClientRect(button), kHot); }));
-    EXPECT_EQ(GetCapture(), nullptr);
 }
 
 // ---- track bar
@@ -193,6 +160,7 @@ static HWND MakeBar(const Recorder& recorder, DWORD style) {
     HWND bar = CreateTNVTrackBar(WS_VISIBLE | style, 10, 10, tall ? 20 : 108, tall ? 108 : 20,
                                  recorder.window, 737, nullptr);
     SetTrackBarRange(bar, 0, 100, 1);
+    SetTrackBarColors(bar, 0x112233, 0x445566);
     return bar;
 }
 
@@ -200,9 +168,10 @@ static HWND MakeBar(const Recorder& recorder, DWORD style) {
 static std::vector<std::pair<int, int>> Scrolls(Recorder* recorder, UINT message, HWND bar) {
     Pump();
     std::vector<std::pair<int, int>> found;
-    for (const Note& note : recorder->Take())
+    for (const Note& note : recorder->notes)
         if (note.message == message && note.lParam == reinterpret_cast<LPARAM>(bar))
             found.push_back({HIWORD(note.wParam), LOWORD(note.wParam)});
+    recorder->notes.clear();
     return found;
 }
 using Moves = std::vector<std::pair<int, int>>;
@@ -216,63 +185,34 @@ TEST(TrackBarWindow, DragFollowsThePointerAndEndsOnce) {
         SetTrackBarPos(bar, 50);
         EXPECT_EQ(Scrolls(&parent, message, bar), Moves{}) << "set from outside: no notice";
         SendMessageA(bar, WM_LBUTTONDOWN, MK_LBUTTON, at(53)); // the thumb is 51 to 56
+        EXPECT_EQ(CountPixels(bar, ClientRect(bar), 0x112233), 0) << "white while dragged";
         SendMessageA(bar, WM_MOUSEMOVE, MK_LBUTTON, at(63));
         SetTrackBarPos(bar, 5); // ignored
-        SendMessageA(bar, WM_MOUSEMOVE, MK_LBUTTON, at(63));
-        SendMessageA(bar, WM_MOUSEMOVE, MK_LBUTTON, at(900));
-        SendMessageA(bar, WM_MOUSEMOVE, MK_LBUTTON, at(-20));
+        for (int along : {63, 900, -20})
+            SendMessageA(bar, WM_MOUSEMOVE, MK_LBUTTON, at(along));
         SendMessageA(bar, WM_LBUTTONUP, 0, at(-20));
         EXPECT_EQ(GetFocus(), bar);
-        EXPECT_EQ(
-            Scrolls(&parent, message, bar),
-            (Moves{
-                {60, SB_THUMBTRACK}, {100, SB_THUMBTRACK}, {0, SB_THUMBTRACK}, {0, SB_ENDSCROLL}}));
+        EXPECT_EQ(Scrolls(&parent, message, bar), (Moves{{60, 5}, {100, 5}, {0, 5}, {0, 8}}));
+        SendMessageA(bar, WM_LBUTTONDOWN, MK_LBUTTON, at(3));
+        ReleaseCapture(); // ends the drag, once
+        SendMessageA(bar, WM_MOUSEMOVE, 0, at(60));
+        EXPECT_EQ(Scrolls(&parent, message, bar), (Moves{{0, 8}}));
+        EXPECT_GT(CountPixels(bar, ClientRect(bar), 0x112233), 0);
     }
 }
 
-TEST(TrackBarWindow, LostCaptureEndsTheDrag) {
-    Recorder parent;
-    HWND bar = MakeBar(parent, 0);
-    SendMessageA(bar, WM_LBUTTONDOWN, MK_LBUTTON, At(3, 8));
-    EXPECT_EQ(PixelOf(bar, 4, 8), 0xFFFFFFu) << "white while dragged";
-    ReleaseCapture();
-    EXPECT_EQ(Scrolls(&parent, WM_HSCROLL, bar), (Moves{{0, SB_ENDSCROLL}}));
-    SendMessageA(bar, WM_MOUSEMOVE, 0, At(60, 8));
-    EXPECT_EQ(Scrolls(&parent, WM_HSCROLL, bar), Moves{});
-}
-
-TEST(TrackBarWindow, ClickBesideTheThumbIsAPageThere) {
-    struct Case {
-        DWORD style;
-        int maximum, start, along, expected;
-    };
-    const Case cases[] = {{0, 100, 50, 90, 62},
-                          {0, 100, 50, 10, 38},
-                          {0, 5, 0, 90, 5},
-                          {kTrackBarVertical, 100, 50, 90, 62},
-                          {kTrackBarVertical, 100, 50, 10, 38}};
-    for (const auto& c : cases) {
-        Recorder parent;
-        HWND bar = MakeBar(parent, c.style);
-        SetTrackBarRange(bar, 0, c.maximum, 1);
-        SetTrackBarPos(bar, c.start);
-        SendMessageA(bar, WM_LBUTTONDOWN, MK_LBUTTON, c.style ? At(8, c.along) : At(c.along, 8));
-        EXPECT_EQ(Scrolls(&parent, c.style ? WM_VSCROLL : WM_HSCROLL, bar),
-                  (Moves{{c.expected, SB_ENDSCROLL}}));
-    }
-}
-
-TEST(TrackBarWindow, KeysAndWheelNotifyOnlyChanges) {
-    Recorder parent;
-    HWND bar = MakeBar(parent, kTrackBarVertical);
-    SendMessageA(bar, WM_COMMAND, kWheelStep, 0);
-    SendMessageA(bar, WM_COMMAND, kWheelStep, 1);
-    SendMessageA(bar, WM_COMMAND, kWheelStep, 1);
-    SendMessageA(bar, WM_KEYDOWN, VK_DOWN, 0);
-    SendMessageA(bar, WM_KEYDOWN, VK_HOME, 0);
-    SendMessageA(bar, WM_KEYDOWN, VK_UP, 0);
-    SendMessageA(bar, WM_KEYDOWN, VK_F3, 0);
-    EXPECT_EQ(Scrolls(&parent, WM_VSCROLL, bar), (Moves{{2, 8}, {0, 8}, {1, 8}, {0, 8}, {0, 8}}));
+TEST(TrackBarWindow, ClickBesideTheThumbIsAPageAndTheWheelTwoSteps) {
+    for (DWORD style : {0ul, kTrackBarVertical})
+        for (const auto& [along, up, page, wheel] : {std::tuple{90, 1, 62, 60}, {10, 0, 38, 40}}) {
+            Recorder parent;
+            HWND bar = MakeBar(parent, style);
+            SetTrackBarPos(bar, 50);
+            SendMessageA(bar, WM_LBUTTONDOWN, MK_LBUTTON, style ? At(8, along) : At(along, 8));
+            Pump();
+            SendMessageA(bar, WM_COMMAND, kWheelStep, up);
+            EXPECT_EQ(Scrolls(&parent, style ? WM_VSCROLL : WM_HSCROLL, bar),
+                      (Moves{{page, SB_ENDSCROLL}, {wheel, SB_ENDSCROLL}}));
+        }
 }
 
 TEST(TrackBarWindow, HostileMessagesAndSizes) {
@@ -283,14 +223,12 @@ TEST(TrackBarWindow, HostileMessagesAndSizes) {
     SendMessageA(bar, WM_LBUTTONDOWN, MK_LBUTTON, At(3, 8));
     SendMessageA(bar, WM_MOUSEMOVE, MK_LBUTTON, At(70, 8));
     SendMessageA(bar, WM_LBUTTONUP, 0, At(70, 8));
-    EXPECT_EQ(Scrolls(&parent, WM_HSCROLL, bar), (Moves{{90, SB_ENDSCROLL}})) << "an empty range";
-    SetTrackBarColors(bar, 0x112233, 0x445566);
+    EXPECT_EQ(Scrolls(&parent, WM_HSCROLL, bar), (Moves{{90, 8}})) << "an empty range";
     EXPECT_EQ(PixelOf(bar, 4, 8), 0x445566u) << "the thumb of an empty range";
     SetTrackBarRange(bar, 0, 65535, 1);
-    EXPECT_NE(CountPixels(bar, ClientRect(bar), 0x112233), 0);
     SetTrackBarPos(bar, 65535);
     SendMessageA(bar, WM_KEYDOWN, VK_F3, 0);
-    EXPECT_EQ(Scrolls(&parent, WM_HSCROLL, bar), (Moves{{65535, SB_ENDSCROLL}}));
+    EXPECT_EQ(Scrolls(&parent, WM_HSCROLL, bar), (Moves{{65535, 8}}));
     EXPECT_EQ(SetTrackBarThumbSize(bar, 0), 0);
     EXPECT_EQ(SetTrackBarThumbSize(bar, 21), 0);
     EXPECT_EQ(SetTrackBarThumbSize(bar, 20), 1);
@@ -317,39 +255,24 @@ TEST(Indicator, TextIsSetOnlyWhenItDiffers) {
     EXPECT_GT(CountPixels(lamp, ClientRect(lamp), kText), 20);
 }
 
-TEST(Indicator, ProgressFillsItsShare) {
-    Recorder parent;
-    HWND bar = CreateTNVIndicator(0, WS_VISIBLE, 10, 10, 100, 10, parent.window, 719, nullptr);
-    SetIndicatorColor(bar, kText);
-    SetIndicatorProgress(bar, 1, 0, 3, 1);
-    EXPECT_EQ(CountPixels(bar, {0, 5, 100, 6}, kText), 33);
-    StepIndicatorProgress(bar, 1);
-    EXPECT_EQ(CountPixels(bar, {0, 5, 100, 6}, kText), 66);
-}
-
 TEST(Divider, ReportsHowFarItIsDragged) {
     Recorder parent;
     HWND divider = CreateTNVDivider(WS_VISIBLE, 0, 100, 200, 6, parent.window, 720, nullptr);
     std::vector<int> moves;
     parent.onNote = [&](const Note& note) {
         EXPECT_EQ(LOWORD(note.wParam), SB_THUMBTRACK);
-        EXPECT_EQ(note.lParam, 0);
         moves.push_back(static_cast<short>(HIWORD(note.wParam)));
         // As the move of the divider causes: not to be reported again.
         SendMessageA(divider, WM_MOUSEMOVE, MK_LBUTTON, At(5, 40));
     };
     SendMessageA(divider, WM_MOUSEMOVE, MK_LBUTTON, At(5, 9)); // not grabbed
     SendMessageA(divider, WM_LBUTTONDOWN, MK_LBUTTON, At(5, 2));
-    EXPECT_EQ(GetCapture(), divider);
     SendMessageA(divider, WM_MOUSEMOVE, MK_LBUTTON, At(5, 12));
     SendMessageA(divider, WM_MOUSEMOVE, MK_LBUTTON, At(5, -30));
-    SendMessageA(divider, WM_MOUSEMOVE, 0, At(5, 50));
     SendMessageA(divider, WM_LBUTTONUP, 0, At(5, -30));
-    EXPECT_EQ(moves, (std::vector<int>{10, -32}));
     EXPECT_EQ(GetCapture(), nullptr);
     SendMessageA(divider, WM_LBUTTONDOWN, MK_LBUTTON, At(5, 2));
-    SetCapture(parent.window);
+    ReleaseCapture(); // ends the drag
     SendMessageA(divider, WM_MOUSEMOVE, MK_LBUTTON, At(5, 12));
-    ReleaseCapture();
-    EXPECT_EQ(moves.size(), 2u) << "the drag ended with the capture";
+    EXPECT_EQ(moves, (std::vector<int>{10, -32}));
 }

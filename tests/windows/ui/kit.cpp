@@ -52,12 +52,6 @@ std::vector<Note> Recorder::Commands(int id) const {
     return found;
 }
 
-std::vector<Note> Recorder::Take() {
-    std::vector<Note> taken;
-    taken.swap(notes);
-    return taken;
-}
-
 void Pump() {
     MSG message;
     while (PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE)) {
@@ -76,7 +70,7 @@ bool PumpUntil(const std::function<bool()>& condition, DWORD waitMs) {
 }
 
 static void Settle() {
-    for (int i = 0; i < 6; i++) {
+    for (int i = 0; i < 4; i++) {
         Pump();
         Sleep(10);
     }
@@ -87,20 +81,11 @@ void MovePointer(int x, int y) {
     Settle();
 }
 
-static void SendMouse(DWORD flags) {
-    INPUT input = {};
-    input.type = INPUT_MOUSE;
-    input.mi.dwFlags = flags;
-    SendInput(1, &input, sizeof input);
+void PressPointer(int down) {
+    mouse_event(down ? MOUSEEVENTF_LEFTDOWN : MOUSEEVENTF_LEFTUP, 0, 0, 0, 0);
     Settle();
 }
 
-void PressPointer() {
-    SendMouse(MOUSEEVENTF_LEFTDOWN);
-}
-void ReleasePointer() {
-    SendMouse(MOUSEEVENTF_LEFTUP);
-}
 void ParkPointer() {
     MovePointer(1270, 1010);
 }

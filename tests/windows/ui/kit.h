@@ -25,7 +25,6 @@ struct Recorder {
     // Codes (high words) of the commands of a control, or all with that command id.
     std::vector<int> CodesOf(HWND control) const;
     std::vector<Note> Commands(int id) const;
-    std::vector<Note> Take(); // gives the notes and forgets them
 };
 
 // Handles everything that waits.
@@ -39,8 +38,7 @@ inline LPARAM At(int x, int y) {
 
 // The real pointer, in screen pixels; pumps after each step.
 void MovePointer(int x, int y);
-void PressPointer();
-void ReleasePointer();
+void PressPointer(int down);
 POINT CenterOf(HWND window);
 // Keeps the real pointer away from what a test does by hand.
 void ParkPointer();
