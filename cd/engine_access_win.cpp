@@ -211,18 +211,26 @@ int GetCdRecord(CDInfoRecord* record) {
 
 // ---- asking
 
+// Copy and writing go together, or of two threads that save the older copy could be written last.
+static const HANDLE s_saving = CreateMutexA(nullptr, FALSE, nullptr);
+
+void SaveCdEngineSettings() {
+    const ScopedLock saving(s_saving);
+    CDEngineSettings copy = {};
+    if (saving.held && WithCd([&](CDEngineState&, CDEngineSettings& settings) { copy = settings; }))
+        SaveCdSettings(copy);
+}
+
 uint32_t SetCdPlayFlags(uint32_t flags) {
     uint32_t before = 0;
-    CDEngineSettings copy = {};
     if (!WithCd([&](CDEngineState&, CDEngineSettings& settings) {
             before = PlayFlagsOf(settings);
             SetPlayFlagsOf(&settings, flags);
-            copy = settings;
         }))
         return TheCd.open ? PlayFlagsOf(TheCd.settings) : 0;
     constexpr uint32_t kListFlags = kPlayRandom | kPlayProgrammed;
     if ((before ^ flags) & kListFlags) PostCdCommand(kCdModeChanged, static_cast<LPARAM>(before));
-    SaveCdSettings(copy);
+    SaveCdEngineSettings();
     NotifyCdWindows();
     return CdPlayFlags();
 }

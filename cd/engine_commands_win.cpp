@@ -26,13 +26,8 @@ void BuildCdList() {
     });
 }
 
-void SaveCdEngineSettings() {
-    CDEngineSettings copy = {};
-    if (WithCd([&](CDEngineState&, CDEngineSettings& settings) { copy = settings; }))
-        SaveCdSettings(copy);
-}
-
 static int PlayRange(PlayEntry range) {
+    TheCd.goesOn = 0;
     // The device reads track 0 as it likes: the shuffle's empty slot, or an empty program.
     if (!TmsfTrack(range.from) || !TimesAreInTracks()) return 0;
     if (!PlayDisc(TheCd.device, CdThread.Window, range.from, range.to)) return 0;
@@ -62,7 +57,6 @@ static void OnPlay(uint32_t track) {
     const RandomSource random = CdRandom();
     PlayEntry range;
     int play = 0;
-    if (!track) TheCd.playPosted = 0;
     WithCd([&](CDEngineState& state, CDEngineSettings& settings) {
         play = DecidePlay(&state, &settings, track, random, &range);
     });
@@ -124,6 +118,7 @@ static void OnPause() {
 }
 
 void StopCd() {
+    TheCd.goesOn = 0;
     // Cleared first: the device's notice of the stop must not count as the end of play.
     WithCd([&](CDEngineState& state, CDEngineSettings&) { state.playing = state.paused = 0; });
     StopDisc(TheCd.device);
@@ -202,7 +197,6 @@ int UseCdDrive(char wanted) {
         TheCd.state = CDEngineState{};
         TheCd.settings.Drive = static_cast<uint8_t>(letter);
     }
-    TheCd.playPosted = 0;
     TheCd.tocRetries = 0;
     JoinPlay();
     ReadToc(0);
@@ -258,15 +252,23 @@ void OnCdCommand(uint32_t command, LPARAM argument) {
 
 // ---- the end of play
 
-static void PostPlay() {
-    // Until that command is carried out, a second notice of the same end must not step again.
-    TheCd.playPosted = PostMessageA(CdThread.Window, WM_COMMAND, kCdPlay, 0) != 0;
+// Until it is carried out, a second notice of the same end must not step again. It is no command
+// like others: the drive may have kept us waiting meanwhile, and a stop or another track that
+// somebody asked for then stands before it in the queue and must win.
+void GoOn(uint32_t track) {
+    TheCd.goesOn = PostMessageA(CdThread.Window, kCdGoOn, 0, static_cast<LPARAM>(track)) != 0;
+}
+
+void OnGoOn(uint32_t track) {
+    if (!TheCd.goesOn) return;
+    TheCd.goesOn = 0;
+    OnPlay(track);
 }
 
 void CheckEndOfPlay(uint32_t forcedMode) {
     const uint32_t deviceMode = ReadCdMode();
     const uint32_t mode = forcedMode ? forcedMode : deviceMode;
-    if (mode && !TheCd.playPosted) {
+    if (mode && !TheCd.goesOn) {
         const uint32_t tracks = std::min<uint32_t>(DiscTrackCount(TheCd.device), kMaxTracks);
         const RandomSource random = CdRandom();
         EndDecision end;
@@ -275,7 +277,7 @@ void CheckEndOfPlay(uint32_t forcedMode) {
         });
         if (end.ranOut) TheCd.watch = PlayWatch{TheCd.watch.to};
         if (end.playEntry)
-            PostPlay();
+            GoOn(0);
         else if (end.ranOut && deviceMode == kModePlay)
             StopDisc(TheCd.device); // it stands at the end and does not know it
         if (end.eject) PostCdCommand(kCdEject, 0);

@@ -13,6 +13,7 @@ constexpr uint32_t kMaxCdWindows = 5;
 constexpr UINT_PTR kCdPollTimer = 700;
 constexpr UINT kCdDeviceChanged = WM_APP + 1; // posted by the engine to itself
 constexpr UINT kCdPutImage = WM_APP + 2;      // the path stands in `image`
+constexpr UINT kCdGoOn = WM_APP + 3; // lParam as for kCdPlay; void unless `goesOn` still stands
 
 struct CdEngine {
     HANDLE mutex; // made at the first start and kept, so that nobody ever waits on a closed one
@@ -32,7 +33,8 @@ struct CdEngine {
     uint32_t tocRetries;  // readings still to try, as the last one had holes
     uint32_t failedModes; // polls in a row at which the device did not tell its mode
     int timesWrong;       // times could not be set back to tracks
-    int playPosted;       // the end of play has asked for the next entry, which has not begun yet
+    int goesOn;           // kCdGoOn is posted; any other play or stop takes it back
+    int changePosted;     // kCdDeviceChanged is posted
     int lookUpAgain;      // the database was in use: the disc's texts are still to be read
     PlayWatch watch;
 };
@@ -47,8 +49,9 @@ template <class Use> int WithCd(Use use) {
     return 1;
 }
 
-// ---- engine_access_win.cpp
-void NotifyCdWindows(); // and the mirror in the shared block; any thread
+// ---- engine_access_win.cpp: any thread
+void NotifyCdWindows(); // and the mirror in the shared block
+void SaveCdEngineSettings();
 
 // ---- engine_disc_win.cpp: the engine's thread
 uint32_t ReadCdMode(); // 0 when the device does not say; a change is stored and told
@@ -78,10 +81,11 @@ RandomSource CdRandom();
 void OnCdCommand(uint32_t command, LPARAM argument);
 // The end-of-play check. `forcedMode` (not 0) counts in the device's place.
 void CheckEndOfPlay(uint32_t forcedMode);
+void GoOn(uint32_t track); // posts it
+void OnGoOn(uint32_t track);
 void StopCd();
 int UseCdDrive(char letter); // 1 also when it is in use already
 void BuildCdList();
-void SaveCdEngineSettings();
 
 // ---- drives_win.cpp
 void WriteDiscImage(const char* path);

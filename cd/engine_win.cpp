@@ -34,7 +34,7 @@ static void Act(PollAction action, uint16_t track, Tmsf position) {
     case kPollEnded: break;
     case kPollStop: PostCdCommand(kCdStop, 0); break;
     case kPollNext: PostCdCommand(kCdNext, 1); break;
-    case kPollLockTrack: PostCdCommand(kCdPlay, track); break;
+    case kPollLockTrack: GoOn(track); break;
     case kPollFollow:
         if (!TmsfTrack(position)) break;
         WithCd([&](CDEngineState& state, CDEngineSettings&) {
@@ -126,6 +126,7 @@ static void OnTimer() {
 // ---- the window
 
 static void OnDeviceChanged() {
+    TheCd.changePosted = 0;
     ReadToc(1);
     CheckEndOfPlay(0);
 }
@@ -158,9 +159,13 @@ static LRESULT WindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lPara
         return 0;
     case MM_MCINOTIFY: CheckEndOfPlay(0); return 0;
     // Broadcast by sending: the sender must not wait for a slow drive, nor may it come in between
-    // two commands to the device.
-    case WM_DEVICECHANGE: PostMessageA(window, kCdDeviceChanged, 0, 0); return TRUE;
+    // two commands to the device. Broadcasts come in bursts, of which one reading is enough.
+    case WM_DEVICECHANGE:
+        if (!TheCd.changePosted)
+            TheCd.changePosted = PostMessageA(window, kCdDeviceChanged, 0, 0) != 0;
+        return TRUE;
     case kCdDeviceChanged: OnDeviceChanged(); return 0;
+    case kCdGoOn: OnGoOn(static_cast<uint32_t>(lParam)); return 0;
     case kCdPutImage: OnPutImage(); return 0;
     case WM_DESTROY: OnDestroy(); return 0;
     }
@@ -183,7 +188,7 @@ static int TakeDevice(uint32_t device, const CDEngineSettings& settings) {
 static int OpenDrive(HWND window) {
     TheCd.pollMs = MeasurePollPeriod();
     TheCd.tocMode = TheCd.tocRetries = TheCd.failedModes = 0;
-    TheCd.playPosted = TheCd.lookUpAgain = 0;
+    TheCd.goesOn = TheCd.changePosted = TheCd.lookUpAgain = 0;
     TheCd.watch = PlayWatch{};
     CDEngineSettings settings;
     LoadCdSettings(&settings);
