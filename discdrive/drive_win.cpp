@@ -236,6 +236,8 @@ LRESULT PlayDisc(const DriveOpen& open, DWORD flags, const MCI_PLAY_PARMS* parms
     play->onEnd = OnPlayEnd;
     {
         DriveLock lock(&s_lock);
+        // The play before may have noticed a swap with its last tick.
+        if (State().image != play->image) return MCIERR_HARDWARE;
         State().play = play;
         if (flags & MCI_NOTIFY) AskForNotifyLocked(State(), open, parms);
     }
