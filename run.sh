@@ -67,7 +67,7 @@ prepare() {
   cmake --preset win32 >build/run-cmake.log 2>&1 || { cat build/run-cmake.log; die "cmake failed"; }
   cmake --build build/win32 --target tonvista tonvdisc
   if [ -z "$image" ]; then
-    compgen -G 'build/demo-disc/*.cue' >/dev/null || tools/make_demo_disc.sh build/demo-disc
+    compgen -G 'build/demo-disc/*.cue' >/dev/null || tools/make_demo_disc.sh build/demo-disc >/dev/null
     image=$(realpath -e build/demo-disc/*.cue | head -n 1)
   fi
 }
@@ -123,6 +123,16 @@ set_up_player() {
   reg_add 'HKCU\Software\Tonvista\UIWindow1' CDPlayerUI REG_DWORD 1
   reg_add 'HKCU\Software\Tonvista\UIWindow1' CDEngineOn REG_DWORD 1
   reg_add 'HKCU\Software\Tonvista\CDEngine' AutoRun REG_DWORD 1
+  forgive_start 'HKLM\Software\Tonvista'
+  forgive_start 'HKCU\Software\Tonvista'
+}
+
+# A start that was broken off would make this one switch everything off and say so in a box.
+forgive_start() { # KEY
+  if in_host wine reg query "$1" /v LastOK 2>/dev/null | grep -qw 0x0; then
+    say "the last start was broken off; starting with everything on again"
+    reg_add "$1" LastOK REG_DWORD 1
+  fi
 }
 
 # A stream of ours that is not paused at the sound server.
@@ -155,3 +165,4 @@ while program_runs; do
   if [ -n "$seconds" ] && [ $((SECONDS - began)) -ge "$seconds" ]; then break; fi
   sleep 0.5
 done
+if ! program_runs; then say "it was closed"; fi
