@@ -20,7 +20,14 @@
 static constexpr int kMeasuredHeight = 100; // cell height of the font that texts are measured in
 static constexpr int kGroupAir = 3;         // pixels between controls and their group's edge
 static constexpr int kPanelAir = 2;         // the panel is that much larger than what lies on it
-static constexpr int kWeights[kPlayerFonts] = {FW_BOLD, FW_BOLD, FW_BOLD, FW_NORMAL};
+static constexpr int kSmallestBold = 13;    // cell height in pixels of the times
+
+// Bold brackets smaller than that lose their feet, and their strokes are a pixel wide in any
+// weight.
+static int WeightOf(PlayerFont font, int height) {
+    const int light = font == kFontTitles || (font == kFontTimes && height < kSmallestBold);
+    return light ? FW_NORMAL : FW_BOLD;
+}
 
 static int IsIndicatorId(int id) {
     return id <= kPlayerTrackTime || id == kPlayerCaption || id == kPlayerDiscTime ||
@@ -68,7 +75,7 @@ static int TextWidth(HDC dc, const char* text) {
 // Calls use(dc) with the face at that height selected.
 template <typename Use> static void WithFont(PlayerFont font, int height, const Use& use) {
     const HDC dc = CreateCompatibleDC(nullptr);
-    const HFONT made = CreateLabelFont(kDefaultFace, height, kWeights[font]);
+    const HFONT made = CreateLabelFont(kDefaultFace, height, WeightOf(font, height));
     const HGDIOBJ before = SelectObject(dc, made);
     use(dc);
     SelectObject(dc, before);
@@ -230,7 +237,8 @@ static void GiveFonts(PlayerWindow* player) {
         int count = 0;
         for (int i = 0; i < kPlayerControls; ++i)
             if (PlayerFontOf(kPlayerFirst + i) == kind) controls[count++] = player->controls[i];
-        GiveFont(&player->fonts[font], kDefaultFace, sizes[font], kWeights[font], controls, count);
+        GiveFont(&player->fonts[font], kDefaultFace, sizes[font], WeightOf(kind, sizes[font]),
+                 controls, count);
     }
 }
 
