@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
+#include <string>
 #include <vector>
 
 class Capture {
@@ -84,4 +85,18 @@ inline size_t MatchLength(const std::vector<int16_t>& sound, const int16_t* want
         ++matched;
     }
     return matched;
+}
+
+// How a recording differs from these samples with silence around them; empty: it does not. A server
+// on a busy machine puts silence in between now and then: a fault of ours comes each time, so
+// callers try a few times.
+inline std::string Difference(const std::vector<int16_t>& sound,
+                              const std::vector<int16_t>& wanted) {
+    const auto audible = [](int16_t sample) { return sample != 0; };
+    const auto begin = std::find_if(sound.begin(), sound.end(), audible);
+    const auto from = std::find_if(wanted.begin(), wanted.end(), audible);
+    const auto end = std::find_if(sound.rbegin(), sound.rend(), audible).base();
+    const auto [at, other] = std::mismatch(begin, sound.end(), from, wanted.end());
+    if (other != wanted.end()) return "differs at sample " + std::to_string(other - wanted.begin());
+    return at < end ? "something after it" : "";
 }

@@ -31,13 +31,18 @@ std::string BuildFolder() {
     return FolderOf(FolderOf(self));
 }
 
-bool InstallProgram(const std::string& build) {
+static bool Install(const std::string& build, const char* name) {
     CreateDirectoryA(kProgramFolder, nullptr);
-    for (const char* name : {"tonvista.exe", "TONVDisc.dll"}) {
-        const std::string from = build + "\\" + name;
-        const std::string to = std::string(kProgramFolder) + "\\" + name;
-        if (!CopyFileA(from.c_str(), to.c_str(), FALSE)) return false;
-    }
+    const std::string to = std::string(kProgramFolder) + "\\" + name;
+    return CopyFileA((build + "\\" + name).c_str(), to.c_str(), FALSE);
+}
+
+bool InstallProgram(const std::string& build) {
+    return Install(build, "tonvista.exe") && InstallDrive(build);
+}
+
+bool InstallDrive(const std::string& build) {
+    if (!Install(build, "TONVDisc.dll")) return false;
     const std::string driver = std::string(kProgramFolder) + "\\TONVDisc.dll";
     return WriteRegString(kMachineRoot, "Software\\Microsoft\\Windows NT\\CurrentVersion\\MCI",
                           "cdaudio", driver.c_str()) != 0;
@@ -78,6 +83,14 @@ void PutImage(const std::string& path) {
 
 void SetDrive(const char* name, uint32_t value) {
     WriteRegDword(kUserRoot, kDiscDriveKey, name, kRegDword, value);
+}
+
+void CalmDrive() {
+    for (const char* name :
+         {kDiscDriveDoor, kDiscDriveStall, kDiscDriveFailCommand, kDiscDriveFailError,
+          kDiscDriveNoNotify, kDiscDriveStayPlaying, kDiscDrivePauseAsStopped, kDiscDriveStaleToc})
+        SetDrive(name, 0);
+    WriteRegString(kUserRoot, kDiscDriveKey, kDiscDriveLogFile, "");
 }
 
 // ---- windows

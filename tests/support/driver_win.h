@@ -19,6 +19,8 @@ constexpr DWORD kPatienceMs = 8000; // for anything that should come
 // Copies the program and the drive of a build folder to kProgramFolder, a path without blanks,
 // which the MCI registration needs, and makes the drive the machine's CD-audio driver.
 bool InstallProgram(const std::string& build);
+// The drive alone.
+bool InstallDrive(const std::string& build);
 // The build folder of the running test or benchmark.
 std::string BuildFolder();
 
@@ -34,6 +36,7 @@ void FreshSettings();
 void SwitchOn(const char* onOffValue);           // a value of section UIWindow1
 void PutImage(const std::string& path);          // into the disc drive; empty takes it out
 void SetDrive(const char* name, uint32_t value); // a number in the drive's key
+void CalmDrive();                                // door closed, manners for trials off
 
 // ---- windows
 HWND FindConsole();

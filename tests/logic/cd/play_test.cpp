@@ -68,95 +68,57 @@ TEST(PlayList, ShuffleExchangesADrawnPairAHundredTimes) {
     state.record = DiscOf({10, 20, 30, 40});
     CDEngineSettings settings = {};
     settings.Random = 1;
-    // Indexes r * 4 / 32767: 0 and 2, a hundred times: even, so as it was. Then 0, 1, 3, 2.
-    BuildPlayList(&state, settings, Draws({0, 16384}));
-    EXPECT_EQ(Order(state), (std::vector<Tmsf>{At(1, 0), At(2, 0), At(3, 0), At(4, 0)}));
+    // Indexes r * 4 / 32767: (0 1), (3 0), (1 3), thirty-three times, and (0 1) once more.
+    BuildPlayList(&state, settings, Draws({0, 8192, 24576, 0, 8192, 24576}));
+    EXPECT_EQ(Order(state), (std::vector<Tmsf>{At(2, 0), At(4, 0), At(3, 0), At(1, 0)}));
     EXPECT_EQ(s_seeds, std::vector<uint32_t>{4711});
     EXPECT_EQ(s_drawn, 200u);
-    BuildPlayList(&state, settings, Draws({0, 8192, 0, 0, 8192, 24576}));
-    // 33 rounds of (0 1)(3rd step 1 3) and one (0 1) more.
-    EXPECT_EQ(Order(state), (std::vector<Tmsf>{At(2, 0), At(1, 0), At(3, 0), At(4, 0)}));
-}
-
-TEST(PlayList, LargestDrawTakesTheEmptySlotBehindTheList) {
-    const Tmsf old = At(200, 0); // of an older, longer list
-    for (uint32_t tracks : {0u, 1u, 99u, 100u}) {
-        CDEngineState state;
+    // The largest draw takes the empty slot behind the list, never what an older list left there.
+    for (uint32_t tracks : {0u, 1u, 2u, 99u, 100u}) {
+        state = {};
         state.record = DiscOf(std::vector<uint32_t>(tracks, 5));
-        CDEngineSettings settings = {};
-        settings.Random = 1;
-        state.list[tracks] = {old, old};
-        BuildPlayList(&state, settings, Draws({0, 32767, 0})); // a hundred draws of each kind
+        state.list[tracks] = {At(200, 0), At(200, 0)};
+        std::vector<int> draws(200, 0);
+        draws[1] = 32767;
+        BuildPlayList(&state, settings, Draws(draws));
         EXPECT_EQ(state.listCount, tracks);
-        for (const PlayEntry& entry : state.list)
-            EXPECT_NE(entry.from, old) << tracks;
+        EXPECT_EQ(state.list[0].from, 0u);
+        EXPECT_EQ(state.list[tracks].from, tracks ? At(1, 0) : 0u);
     }
-    CDEngineState state;
-    CDEngineSettings settings = {};
-    settings.Random = 1;
-    state.record = DiscOf({10, 20});
-    std::vector<int> draws(200, 0);
-    draws[1] = 32767; // once only
-    BuildPlayList(&state, settings, Draws(draws));
-    EXPECT_EQ(Order(state), (std::vector<Tmsf>{0, At(2, 0)}));
 }
 
-TEST(PlayCommands, NextAndPreviousInNormalPlay) {
+TEST(PlayCommands, NextAndPrevious) {
     const struct {
-        int next;
-        uint32_t track;
+        int random, next;
+        uint32_t at; // track of the position, or index of the entry
         int32_t steps;
-        uint32_t expected; // track
+        uint32_t expected; // the same
+        size_t builds;
     } cases[] = {
-        {1, 1, 1, 2},         {1, 3, 1, 4},   {1, 4, 1, 1},  {1, 2, 5, 1},
-        {1, 2, 0, 3},         {1, 2, -1, 1},  {1, 1, -1, 1}, {1, 2, -5, 1},
-        {0, 2, 1, 1},         {0, 1, 1, 4},   {0, 4, 0, 4},  {0, 3, 4, 255} /* 65535 */,
-        {0, 3, -2, 5},        {0, 2, 258, 0}, {0, 0, 0, 4},  {1, 4, INT32_MAX, 3} /* 65535+4 */,
-        {1, 0, INT32_MIN, 1},
+        {0, 1, 1, 1, 2, 0},   {0, 1, 4, 1, 1, 0},  {0, 1, 2, 5, 1, 0},
+        {0, 1, 2, 0, 3, 0},   {0, 1, 2, -5, 1, 0}, {0, 1, 4, INT32_MAX, 3, 0}, // 65535 + 4
+        {0, 0, 2, 1, 1, 0},   {0, 0, 1, 1, 4, 0},  {0, 0, 4, 0, 4, 0},
+        {0, 0, 3, 4, 255, 0},                                          // 65535
+        {0, 0, 3, -2, 5, 0},  {1, 1, 0, 0, 1, 0},  {1, 1, 3, 1, 0, 1}, // a new order at each pass
+        {1, 1, 1, 9, 2, 0},   {1, 1, 1, -3, 1, 0}, {1, 1, 1, INT32_MAX, 0, 1},
+        {1, 0, 2, 1, 1, 0},   {1, 0, 0, 1, 3, 0},  {1, 0, 1, 9, 0, 0},
+        {1, 0, 9, 1, 0, 0},
     };
     for (const auto& c : cases) {
         CDEngineState state;
         state.record = DiscOf({10, 20, 30, 40});
-        const CDEngineSettings settings = {};
-        BuildPlayList(&state, settings, Draws({0}));
-        PlayEntry range;
-        const Tmsf position = At(c.track, 7);
-        const int play = c.next
-                             ? DecideNext(&state, settings, position, c.steps, Draws({0}), &range)
-                             : DecidePrevious(&state, settings, position, c.steps, &range);
-        EXPECT_TRUE(play);
-        EXPECT_EQ(range.from, At(c.expected, 0)) << c.next << ' ' << c.track << ' ' << c.steps;
-        EXPECT_EQ(range.to, At(4, 40));
-    }
-}
-
-TEST(PlayCommands, NextAndPreviousThroughAList) {
-    const struct {
-        int next;
-        uint16_t index;
-        int32_t steps;
-        uint16_t expected;
-        size_t builds;
-    } cases[] = {
-        {1, 0, 1, 1, 0}, {1, 0, 0, 1, 0},  {1, 2, 1, 0, 1},         {1, 1, 7, 2, 0},
-        {1, 1, 2, 0, 1}, {1, 1, -3, 1, 0}, {1, 1, INT32_MAX, 2, 0}, {0, 2, 1, 1, 0},
-        {0, 0, 1, 2, 0}, {0, 1, 0, 1, 0},  {0, 1, 7, 0, 0},         {0, 9, 1, 2, 0},
-    };
-    for (const auto& c : cases) {
-        CDEngineState state;
-        state.record = DiscOf({10, 20, 30});
         CDEngineSettings settings = {};
-        settings.Random = 1;
+        settings.Random = c.random != 0;
         BuildPlayList(&state, settings, Draws({0}));
-        state.listIndex = c.index;
-        PlayEntry range;
+        state.listIndex = static_cast<uint16_t>(c.random ? c.at : 0);
         const RandomSource random = Draws({0});
-        const int play = c.next ? DecideNext(&state, settings, 0, c.steps, random, &range)
-                                : DecidePrevious(&state, settings, 0, c.steps, &range);
-        EXPECT_TRUE(play);
-        EXPECT_EQ(state.listIndex, c.expected) << c.next << ' ' << c.index << ' ' << c.steps;
-        EXPECT_EQ(range.from, At(c.expected + 1u, 0));
-        EXPECT_EQ(s_seeds.size(), c.builds) << "a new order at each pass";
+        PlayEntry range;
+        EXPECT_TRUE(c.next ? DecideNext(&state, settings, At(c.at, 7), c.steps, random, &range)
+                           : DecidePrevious(&state, settings, At(c.at, 7), c.steps, &range));
+        EXPECT_EQ(range.from, At(c.random ? c.expected + 1 : c.expected, 0))
+            << c.random << ' ' << c.next << ' ' << c.at << ' ' << c.steps;
+        EXPECT_EQ(s_seeds.size(), c.builds);
+        EXPECT_TRUE(c.random || range.to == At(4, 40));
     }
     CDEngineState empty;
     CDEngineSettings programmed = {};
@@ -238,34 +200,30 @@ TEST(Poll, EndThatNobodyTells) {
     state.record = DiscOf({10, 20, 30});
     state.playing = 1;
     const Tmsf end = At(3, 30);
-    struct Poll {
+    const struct {
         uint32_t mode;
-        Tmsf position;
+        Tmsf position; // at two polls
         int ended;
+    } cases[] = {
+        {kModePlay, end, 1},        {kModePlay, At(3, 29), 1}, // within a second
+        {kModePlay, At(3, 28), 0},                             // before: a scratch
+        {kModePlay, At(170, 0), 1},                            // the lead-out
+        {kModePlay, At(2, 20), 0},  {kModePlay, 0, 0},         // unknown
+        {kModeStop, 0, 1},          {0, 0, 1},                 // a device that no longer answers
+        {kModeSeek, end, 0},
     };
-    const std::vector<Poll> runs[] = {
-        {{kModePlay, At(3, 29), 0}, {kModePlay, end, 0}, {kModePlay, end, 1}},
-        {{kModePlay, At(3, 29), 0}, {kModePlay, At(3, 29), 1}},   // within a second
-        {{kModePlay, At(3, 28), 0}, {kModePlay, At(3, 28), 0}},   // before: a scratch
-        {{kModePlay, At(170, 0), 0}, {kModePlay, At(170, 0), 1}}, // the lead-out
-        {{kModePlay, At(2, 20), 0}, {kModePlay, At(2, 20), 0}},
-        {{kModeStop, 0, 0}, {kModeStop, 0, 1}},
-        {{kModeStop, 0, 0}, {kModePlay, At(1, 0), 0}, {kModeStop, 0, 0}, {kModeOpen, 0, 1}},
-        {{kModeStop, 0, 0}, {kModeSeek, 0, 0}, {kModeStop, 0, 0}},
-        {{0, 0, 0}, {0, 0, 1}}, // a device that no longer answers
-        {{kModePlay, 0, 0}, {kModePlay, 0, 0}},
-    };
-    for (const auto& run : runs) {
-        PlayWatch watch{end};
-        for (const Poll& poll : run)
-            EXPECT_EQ(PlayHasEnded(&watch, state, poll.mode, poll.position), poll.ended)
-                << &run - runs << " at " << std::hex << poll.position;
+    for (const auto& c : cases) {
+        PlayWatch watch{end}, joined; // play that was going on before: it ends with the disc
+        EXPECT_FALSE(PlayHasEnded(&watch, state, c.mode, c.position)) << "once may be a slip";
+        EXPECT_FALSE(PlayHasEnded(&joined, state, c.mode, c.position));
+        EXPECT_EQ(PlayHasEnded(&watch, state, c.mode, c.position), c.ended) << c.position;
+        EXPECT_EQ(PlayHasEnded(&joined, state, c.mode, c.position),
+                  c.ended && c.position != At(3, 29)); // half a second lies behind its end
     }
-    PlayWatch joined; // play that was going on before: it ends with the disc
-    EXPECT_FALSE(PlayHasEnded(&joined, state, kModePlay, end));
-    EXPECT_TRUE(PlayHasEnded(&joined, state, kModePlay, end));
-    state.paused = 1;
     PlayWatch watch{end};
+    for (uint32_t mode : {kModeStop, kModePlay, kModeStop, kModeSeek, kModeStop})
+        EXPECT_FALSE(PlayHasEnded(&watch, state, mode, 0)) << "never two in a row";
+    state.paused = 1;
     for (int i = 0; i < 3; ++i)
         EXPECT_FALSE(PlayHasEnded(&watch, state, kModeStop, end)) << "a pause may read as stopped";
 }
@@ -283,12 +241,10 @@ TEST(EndOfPlay, EveryWayItCanGo) {
         uint16_t indexAfter, trackAfter;
     };
     const Case cases[] = {
-        {"plays", 0, 1, 0, kModePlay, 3, 0, 0, 0, 0, 1, 0, 2},
         {"paused", 0, 1, 1, kModePause, 3, 0, 0, 0, 0, 1, 0, 2},
         {"pause read as stop", kExit, 1, 1, kModeStop, 3, 0, 0, 0, 0, 1, 0, 2},
         {"seeks", kExit, 1, 0, kModeSeek, 3, 0, 0, 0, 0, 1, 0, 2},
         {"stopped by hand", kEject, 0, 0, kModeStop, 3, 0, 0, 0, 0, 0, 0, 2},
-        {"ran out", 0, 1, 0, kModeStop, 3, 0, 0, 0, 0, 0, 0, 0},
         {"ran out, eject and exit", kEject | kExit, 1, 0, kModeStop, 3, 0, 0, 1, 1, 0, 0, 0},
         {"intro", kPlayIntro | kEject | kExit, 1, 0, kModeStop, 3, 0, 0, 0, 0, 0, 0, 2},
         {"list goes on", kPlayRandom | kPlayRepeat, 1, 0, kModeStop, 3, 1, 1, 0, 0, 1, 2, 2},
@@ -325,33 +281,27 @@ TEST(EndOfPlay, EveryWayItCanGo) {
 TEST(DiscTimes, SumsOfTheDiscAndOfTheProgram) {
     CDEngineState state;
     state.record = DiscOf({100, 200, 30});
-    CDEngineSettings settings = {};
-    settings.Random = 1; // counts by track number all the same
-    state.currentTrack = 2;
-    state.elapsedSeconds = 61;
-    DiscTime time = ComputeDiscTime(state, settings);
-    EXPECT_EQ(time.elapsed, 161);
-    EXPECT_EQ(time.total, 330);
-    state.currentTrack = 0;
-    EXPECT_EQ(ComputeDiscTime(state, settings).elapsed, 0);
-
-    settings = {};
-    settings.Programmed = 1;
     state.list[0] = {At(2, 50), At(2, 130)};
     state.list[1] = {At(1, 10), At(2, 20)}; // spans tracks: counts 0
     state.list[2] = {At(3, 5), At(3, 25)};
     state.listCount = 3;
-    state.listIndex = 2;
-    state.currentTrack = 3;
-    state.elapsedSeconds = 12;
-    time = ComputeDiscTime(state, settings);
-    EXPECT_EQ(time.elapsed, 80 + 0 + 7);
-    EXPECT_EQ(time.total, 100);
-
-    state.record = DiscOf(std::vector<uint32_t>(100, 700));
-    state.currentTrack = 255;
-    state.listIndex = state.listCount = UINT16_MAX; // must stay within the list
-    ComputeDiscTime(state, settings);
-    settings.Programmed = 0;
-    EXPECT_EQ(ComputeDiscTime(state, settings).total, static_cast<uint16_t>(70000));
+    const struct {
+        uint32_t programmed;
+        uint16_t index, track, seconds, elapsed, total;
+    } cases[] = {
+        {0, 0, 2, 61, 161, 330}, // by track number, also in random play
+        {0, 0, 0, 61, 0, 330},
+        {1, 2, 3, 12, 80 + 0 + 7, 100},
+        {1, UINT16_MAX, 255, 0, 100, 100}, // stays within the list
+    };
+    for (const auto& c : cases) {
+        CDEngineSettings settings = {};
+        settings.Programmed = c.programmed;
+        state.listIndex = c.index;
+        state.currentTrack = c.track;
+        state.elapsedSeconds = c.seconds;
+        const DiscTime time = ComputeDiscTime(state, settings);
+        EXPECT_EQ(time.elapsed, c.elapsed) << c.track;
+        EXPECT_EQ(time.total, c.total) << c.track;
+    }
 }

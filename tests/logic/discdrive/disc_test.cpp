@@ -44,16 +44,6 @@ TEST(Disc, LaysOutGapsSectorSizesAndFiles) {
     EXPECT_EQ(NextStretch(d, 685, 686).bytes, 100u) << "a WAV file's last sector is filled up";
 }
 
-TEST(Disc, ASheetWithAHiddenFirstTrack) {
-    Disc d;
-    ASSERT_TRUE(Build("FILE a.bin BINARY\nTRACK 01 AUDIO\nINDEX 00 00:00:00\nINDEX 01 00:00:33\n",
-                      {{0, 100 * kSector}}, &d));
-    EXPECT_EQ(d.tracks[0].start, 183u);
-    EXPECT_EQ(d.end, 250u);
-    EXPECT_EQ(Source(d, 150), std::make_pair(0, uint64_t{0}));
-    EXPECT_EQ(TrackAt(d, 150), 1u);
-}
-
 TEST(Disc, RefusesSheetsThatDoNotFitTheirFiles) {
     const std::string two = "FILE a.bin BINARY\nTRACK 01 AUDIO\nINDEX 01 00:00:00\n"
                             "TRACK 02 AUDIO\nINDEX 01 ";
@@ -79,7 +69,6 @@ TEST(Disc, RefusesSheetsThatDoNotFitTheirFiles) {
         {"longer than sizes can tell",
          "FILE a.wav WAVE\nTRACK 01 AUDIO\nINDEX 01 00:00:00",
          {{44, ~uint64_t{0} - 44}}},
-        {"a file that was not measured", two + "00:01:00", {}},
     };
     for (const auto& c : cases) {
         Disc d;
@@ -96,12 +85,10 @@ static Disc FolderDisc(size_t tracks, uint64_t frames) {
 
 TEST(Disc, IdentityIsTheClassicSum) {
     // Starts 00:02:00, 00:06:00, 00:10:00 ..., each 4 s.
-    EXPECT_EQ(DiscIdentity(FolderDisc(1, 300)), 0x200u + 300);
     EXPECT_EQ(DiscIdentity(FolderDisc(2, 300)), 0x200u + 0x600 + 600);
     EXPECT_EQ(DiscIdentity(FolderDisc(3, 300)), 0x200u + 0x600 + 0xA00);
     // Starts 00:02:00 and 01:03:01.
     EXPECT_EQ(DiscIdentity(FolderDisc(2, 61 * 75 + 1)), 0x200u + 0x10301 + 2 * (61 * 75 + 1));
-    EXPECT_EQ(DiscIdentity(Disc{}), 0u);
 }
 
 TEST(Disc, PositionsAreToldAndReadInEachFormat) {
@@ -109,7 +96,6 @@ TEST(Disc, PositionsAreToldAndReadInEachFormat) {
     EXPECT_EQ(TellPosition(d, kTimeTmsf, 150 + 4577 + 76), MakeTmsf(2, 0, 1, 1));
     EXPECT_EQ(TellPosition(d, kTimeTmsf, d.end), MakeTmsf(101, 1, 1, 2));
     EXPECT_EQ(TellPosition(d, kTimeMsf, 4500 + 76), MakeMsf(1, 1, 1));
-    EXPECT_EQ(TellPosition(d, kTimeMs, 150), 2000u);
     EXPECT_EQ(TellLength(kTimeTmsf, 4577), MakeMsf(1, 1, 2));
     for (const TimeFormat format : {kTimeMs, kTimeMsf, kTimeTmsf}) {
         for (uint32_t frame = 150; frame <= d.end; frame += 37) {
@@ -118,24 +104,11 @@ TEST(Disc, PositionsAreToldAndReadInEachFormat) {
             ASSERT_EQ(back, frame) << format;
         }
     }
-    const struct {
-        TimeFormat format;
-        uint32_t value;
-    } bad[] = {
-        {kTimeTmsf, MakeTmsf(0, 0, 0, 0)},
-        {kTimeTmsf, MakeTmsf(102, 0, 0, 0)},
-        {kTimeTmsf, MakeTmsf(101, 1, 1, 3)},
-        {kTimeTmsf, 0xFFFFFFFF},
-        {kTimeMsf, MakeMsf(0, 1, 74)},
-        {kTimeMsf, 0xFFFFFF},
-        {kTimeMs, 1980},
-        {kTimeMs, 0xFFFFFFFF},
-    };
-    for (const auto& b : bad) {
-        uint32_t frame;
-        EXPECT_FALSE(ReadPosition(d, b.format, b.value, &frame)) << b.format << " " << b.value;
-    }
     uint32_t frame;
+    for (const Tmsf bad : {MakeTmsf(0, 0, 0, 0), MakeTmsf(102, 0, 0, 0), MakeTmsf(101, 1, 1, 3)})
+        EXPECT_FALSE(ReadPosition(d, kTimeTmsf, bad, &frame)) << bad;
+    EXPECT_FALSE(ReadPosition(d, kTimeMsf, MakeMsf(0, 1, 74), &frame)) << "the lead-in";
+    EXPECT_FALSE(ReadPosition(d, kTimeMs, UINT32_MAX, &frame));
     EXPECT_FALSE(ReadPosition(Disc{}, kTimeMsf, MakeMsf(0, 2, 0), &frame));
 }
 
@@ -147,8 +120,6 @@ TEST(Disc, PlayingStepsOverData) {
     EXPECT_EQ(FrameAfter(d, 155, 190, 4), 159u);
     EXPECT_EQ(FrameAfter(d, 155, 190, 5), 180u) << "right behind the data";
     EXPECT_EQ(FrameAfter(d, 155, 185, 9), 184u);
-    EXPECT_EQ(FrameAfter(d, 155, 185, 10), 185u);
     EXPECT_EQ(FrameAfter(d, 155, 185, 99), 185u);
     EXPECT_EQ(NextStretch(d, 160, 180).count, 0u) << "data alone";
-    EXPECT_EQ(NextStretch(d, 155, 155).count, 0u);
 }

@@ -1,27 +1,56 @@
 // What the engine's tests share: the engine in a process of its own making, with the console's
-// part played by a window of the test.
+// part played by a window of the test, and with a database of its own.
 #pragma once
 #include "cd/engine_win.h"
+#include "cdinfo/store_parts_win.h"
 #include "core/commands.h"
-#include "core/settings.h"
-#include "core/shared_block.h"
 #include "fake_device.h"
+#include "tests/support/driver_win.h"
 
 #include <gtest/gtest.h>
 
-#include <functional>
-#include <string>
-
 constexpr const char* kCdKey = "Software\\Tonvista\\CDEngine";
 
-// A window of the test that counts what it is posted.
+// Files of the database lie in the temporary folder instead of beside the executable, where the
+// database's own tests, run at the same time, have theirs.
+inline std::wstring Elsewhere(const wchar_t* path) {
+    wchar_t folder[MAX_PATH];
+    GetTempPathW(MAX_PATH, folder);
+    return folder + std::wstring(wcsrchr(path, L'\\') + 1);
+}
+template <auto Call, class... Rest> FileResult CallElsewhere(const wchar_t* path, Rest... rest) {
+    return (SystemFiles().*Call)(Elsewhere(path).c_str(), rest...);
+}
+inline const FileLayer& FilesElsewhere() {
+    static const FileLayer s_files = [] {
+        FileLayer files = SystemFiles();
+        files.read = CallElsewhere<&FileLayer::read>;
+        files.write = CallElsewhere<&FileLayer::write>;
+        files.flush = CallElsewhere<&FileLayer::flush>;
+        files.size = CallElsewhere<&FileLayer::size>;
+        files.remove = CallElsewhere<&FileLayer::remove>;
+        files.replace = [](const wchar_t* path, const wchar_t* by, const wchar_t* backup) {
+            return SystemFiles().replace(Elsewhere(path).c_str(), Elsewhere(by).c_str(),
+                                         Elsewhere(backup).c_str());
+        };
+        files.move = [](const wchar_t* from, const wchar_t* to) {
+            return SystemFiles().move(Elsewhere(from).c_str(), Elsewhere(to).c_str());
+        };
+        files.hold = [](void* lock, const wchar_t* path) {
+            return SystemFiles().hold(lock, Elsewhere(path).c_str());
+        };
+        return files;
+    }();
+    return s_files;
+}
+
+// A window of the test that counts what it is posted: changes of the engine, requests to close.
 struct Recorder {
     Recorder() {
         window = CreateWindowExA(0, "STATIC", "", WS_OVERLAPPEDWINDOW, 0, 0, 1, 1, nullptr, nullptr,
                                  nullptr, nullptr);
     }
     ~Recorder() { DestroyWindow(window); }
-    // Takes what has come: changes of the engine, and requests to close.
     void Pump() {
         MSG message;
         while (PeekMessageA(&message, window, 0, 0, PM_REMOVE)) {
@@ -37,6 +66,7 @@ struct Recorder {
 class Engine : public testing::Test {
 protected:
     void SetUp() override {
+        SetStoreFiles(&FilesElsewhere());
         DeleteRegTree(kUserRoot, kCdKey);
         SetCdNumber("Drive", 'D');
         SetCdNumber("IntroLength", 10);
@@ -53,11 +83,11 @@ protected:
     static void SetCdNumber(const char* name, uint32_t value) {
         WriteRegDword(kUserRoot, kCdKey, name, kRegDword, value);
     }
-    void UseFake(const FakeDisc& disc) {
+    static void UseFake(const FakeDisc& disc) {
         s_fake.Insert(disc);
         s_fake.mode = kModeStop;
         s_fake.position = 0;
-        s_fake.opens = s_fake.plays = s_fake.stops = 0;
+        s_fake.opens = s_fake.plays = 0;
         s_fake.calls = NthCall{};
         s_fake.active = 1;
     }
@@ -69,7 +99,7 @@ protected:
         Drain(); // until the disc has been read
         return RegisterCdWindow(m_recorder.window) == 1;
     }
-    void Stop() { StopComponentThread(CdEngineThread()); }
+    static void Stop() { StopComponentThread(CdEngineThread()); }
     static HWND EngineWindow() { return CdEngineThread()->Window; }
     // Carried out when this returns; what it posts in turn as well.
     static void Do(uint32_t command, LPARAM argument = 0) {
@@ -91,15 +121,6 @@ protected:
     static LRESULT CALLBACK MarkProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
         if (message == kMark) SetEvent(s_marked);
         return CallWindowProcA(s_engineProc, window, message, wParam, lParam);
-    }
-    bool Await(const std::function<bool()>& condition, DWORD waitMs = 8000) {
-        const DWORD start = GetTickCount();
-        while (!condition()) {
-            if (GetTickCount() - start > waitMs) return false;
-            m_recorder.Pump();
-            Sleep(10);
-        }
-        return true;
     }
     static CdSnapshot Now() {
         CdSnapshot snapshot;

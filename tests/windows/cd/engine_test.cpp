@@ -1,8 +1,6 @@
 // The engine over a drive of the test's making: slow, silent, stuck, failing, crashing.
 #include "engine_kit.h"
 
-#include "cdinfo/store.h"
-
 #include <mmsystem.h>
 
 #include <algorithm>
@@ -41,20 +39,25 @@ TEST_F(Engine, EndsOfPlayAreFoundWithoutNoticeAndOnADriveThatSaysItPlays) {
     }
 }
 
-TEST_F(Engine, SeveralNoticesOfOneEndStepOnce) {
+TEST_F(Engine, NoticesOfOneEndStepOnceAndGiveWayToWhatWasAskedMeanwhile) {
     SetCdNumber("Programmed", 1);
-    UseFake(s_short);
-    ASSERT_TRUE(Start());
-    Do(kCdPlay);
-    s_fake.mode = kModeStop;
-    s_fake.stallMs = 200; // so that all are there before the play that the first of them asks for
-    for (int i = 0; i < 3; ++i)
-        PostMessageA(EngineWindow(), MM_MCINOTIFY, MCI_NOTIFY_SUCCESSFUL, 0);
-    Sleep(50);
-    s_fake.stallMs = 0;
-    Drain();
-    EXPECT_EQ(s_fake.plays, 2);
-    EXPECT_EQ(Now().track, 2);
+    for (const UINT asked : {0u, UINT{kCdStop}, UINT{kCdPlayEntry}}) {
+        UseFake(s_short);
+        ASSERT_TRUE(Start());
+        Do(kCdRecordChanged);
+        Do(kCdPlay);
+        s_fake.mode = kModeStop;
+        s_fake.stallMs = 200; // so that all stand in the queue before the first is carried out
+        for (int i = 0; i < 3; ++i)
+            PostMessageA(EngineWindow(), MM_MCINOTIFY, MCI_NOTIFY_SUCCESSFUL, 0);
+        if (asked) PostCdCommand(asked, 2);
+        Sleep(50);
+        s_fake.stallMs = 0;
+        Drain();
+        EXPECT_EQ(Now().track, asked == kCdStop ? 0 : asked ? 3 : 2) << asked;
+        EXPECT_EQ(s_fake.plays, asked == kCdStop ? 1 : 2) << asked;
+        Stop();
+    }
 }
 
 TEST_F(Engine, DiscTakenOutEndsPlayThatWouldGoOn) {
@@ -82,50 +85,41 @@ TEST_F(Engine, DiscTakenOutEndsPlayThatWouldGoOn) {
     EXPECT_EQ(s_fake.plays, 2);
 }
 
-TEST_F(Engine, SlowDriveKeepsNobodyWaiting) {
+// A drive that stalls keeps nobody waiting but the engine; at the stop its thread is killed and
+// forgotten, and the next one runs.
+TEST_F(Engine, StallingDrive) {
     UseFake(s_short);
     ASSERT_TRUE(Start());
     CDInfoRecord record = Record();
-    s_fake.stallMs = 15000;
+    s_fake.stallMs = 60000;
     PostCdCommand(kCdPlay, 1);
     PostMessageA(EngineWindow(), WM_TIMER, 700, 0);
     std::vector<DWORD> times;
-    for (int i = 0; i < 50; ++i) {
+    for (int i = 0; i < 30; ++i) {
         const DWORD start = GetTickCount();
         ++record.revision;
         SetCdRecord(record);
         SetCdPlayFlags(i & 1 ? kPlayIntro : kPlayRepeat);
         EXPECT_EQ(Now().trackCount, 3);
-        EXPECT_EQ(RegisterCdWindow(m_recorder.window), 1);
         times.push_back(GetTickCount() - start);
         Sleep(10);
     }
     std::sort(times.begin(), times.end());
-    RecordProperty("medianMs", static_cast<int>(times[25]));
-    EXPECT_LT(times[25], 50u);
-    EXPECT_LT(times[49], 2000u)
-        << "the machine may have been busy, but nobody waited for the drive";
+    EXPECT_LT(times[15], 50u);
+    EXPECT_LT(times[29], 2000u) << "the machine may have been busy, but no call is that slow";
     EXPECT_EQ(Record().revision, record.revision);
-}
 
-TEST_F(Engine, HungThreadIsKilledAndForgottenAndTheNextOneRuns) {
-    UseFake(s_short);
-    ASSERT_TRUE(Start());
-    const CDInfoRecord record = Record();
-    s_fake.stallMs = 60000;
-    PostCdCommand(kCdPlay, 1);
-    Sleep(100);
+    const DWORD start = GetTickCount();
     Stop();
+    EXPECT_LT(GetTickCount() - start, 3500u) << "two seconds are what a hung one may cost";
     s_fake.stallMs = 0;
     EXPECT_EQ(CdDriveLetter(), 'D');
     EXPECT_EQ(CdIdentity(), 0u);
-    CDInfoRecord none;
-    EXPECT_FALSE(GetCdRecord(&none));
+    EXPECT_FALSE(GetCdRecord(&record));
     EXPECT_EQ(SetCdPlayFlags(kPlayRepeat), 0u);
     EXPECT_FALSE(RegisterCdWindow(m_recorder.window));
     EXPECT_FALSE(SetCdRecord(record));
     ASSERT_TRUE(Start());
-    EXPECT_EQ(CdIdentity(), 1000001u);
     Do(kCdPlay, 2);
     EXPECT_EQ(Now().track, 2);
 }
@@ -135,8 +129,8 @@ TEST_F(Engine, FaultInADriverEndsTheEngineAloneAndClosesOnItsThread) {
     ASSERT_TRUE(Start());
     s_fake.crash = 1;
     PostMessageA(EngineWindow(), WM_TIMER, 700, 0);
-    ASSERT_TRUE(Await([] { return ComponentThreadEnded(CdEngineThread()); }));
-    ASSERT_TRUE(Await([] { return s_fake.opens == 0; }));
+    ASSERT_TRUE(WaitUntil([] { return ComponentThreadEnded(CdEngineThread()); }));
+    ASSERT_TRUE(WaitUntil([] { return s_fake.opens == 0; }));
     EXPECT_EQ(s_fake.closedBy, s_fake.openedBy);
     char text[64] = "";
     ReadRegString(kUserRoot, kSettingsRoot, "LastException", text, sizeof text);
@@ -185,8 +179,6 @@ TEST_F(Engine, EveryCallToTheDeviceFailingInTurn) {
 
 TEST_F(Engine, RequestsOfOtherProcesses) {
     UseFake(s_short);
-    SharedBlock->RequestedTrack = 0;
-    SharedBlock->SkipCount = 0;
     SharedBlock->CommandFlags = kCommandNoUi;
     SetCdNumber("AutoRun", 1);
     ASSERT_TRUE(Start());
@@ -203,8 +195,6 @@ TEST_F(Engine, RequestsOfOtherProcesses) {
         SharedBlock->RequestedTrack = c.track;
         SharedBlock->SkipCount = c.skip;
         Poll();
-        EXPECT_EQ(SharedBlock->RequestedTrack, 0u);
-        EXPECT_EQ(SharedBlock->SkipCount, 0);
         EXPECT_EQ(SharedBlock->CdTrack, c.expected) << c.track << ' ' << c.skip;
     }
     EXPECT_EQ(SharedBlock->CdIdentity, 1000001u);
@@ -223,28 +213,12 @@ TEST_F(Engine, RequestsOfOtherProcesses) {
     EXPECT_EQ(SharedBlock->CommandFlags, kCommandNoUi) << "other bits stay";
 }
 
-TEST_F(Engine, FiveWindowsAreTold) {
-    UseFake(s_short);
-    ASSERT_TRUE(Start()); // the first one
-    Recorder more[5];
-    for (int i = 0; i < 5; ++i)
-        EXPECT_EQ(RegisterCdWindow(more[i].window), i < 4);
-    EXPECT_FALSE(UnregisterCdWindow(more[4].window));
-    EXPECT_TRUE(UnregisterCdWindow(more[0].window));
-    EXPECT_TRUE(RegisterCdWindow(more[4].window));
-    Do(kCdPlay, 1);
-    for (int i = 0; i < 5; ++i) {
-        more[i].Pump();
-        EXPECT_EQ(more[i].changes > 0, i != 0) << i;
-    }
-}
-
 // ---- titles and a database that is in use
 
 struct BusyDatabase {
     BusyDatabase()
-        : file(CreateFileW(DefaultDatabasePath().c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING,
-                           0, nullptr)) {}
+        : file(CreateFileW(Elsewhere(DefaultDatabasePath().c_str()).c_str(), GENERIC_READ, 0,
+                           nullptr, OPEN_EXISTING, 0, nullptr)) {}
     ~BusyDatabase() { CloseHandle(file); }
     HANDLE file;
 };
@@ -254,7 +228,7 @@ static std::string StoredTitle(uint32_t identity) {
     return ReadEntry(nullptr, identity, &record) ? record.title : "";
 }
 
-TEST_F(Engine, TypedTitleOutlivesABusyDatabaseAndTheDisc) {
+TEST_F(Engine, NeitherTypedNorStoredTitlesAreLostToABusyDatabase) {
     UseFake(s_short);
     ASSERT_TRUE(Start());
     CDInfoRecord record = Record();
@@ -269,37 +243,25 @@ TEST_F(Engine, TypedTitleOutlivesABusyDatabaseAndTheDisc) {
         EXPECT_TRUE(SetCdRecord(record));
         Drain();
         EXPECT_STREQ(Now().title, "Typed");
-        s_fake.Insert(s_other);
-        SendMessageA(EngineWindow(), WM_DEVICECHANGE, 0x8000, 0);
-        Drain();
-        EXPECT_EQ(Now().trackCount, 2);
-        s_fake.Insert(s_short);
-        SendMessageA(EngineWindow(), WM_DEVICECHANGE, 0x8000, 0);
-        Drain();
-        EXPECT_STREQ(Now().title, "Typed") << "not yet stored, but not forgotten";
-        s_fake.Insert(s_other);
-        SendMessageA(EngineWindow(), WM_DEVICECHANGE, 0x8000, 0);
-        Drain();
+        for (const FakeDisc* disc : {&s_other, &s_short, &s_other}) {
+            s_fake.Insert(*disc);
+            SendMessageA(EngineWindow(), WM_DEVICECHANGE, 0x8000, 0);
+            Drain();
+            EXPECT_EQ(Now().trackCount, disc->seconds.size());
+            // Not yet stored, but not forgotten either.
+            EXPECT_EQ(strcmp(Now().title, "Typed") == 0, disc == &s_short);
+        }
     }
     Poll();
     EXPECT_EQ(StoredTitle(1000001), "Typed");
-    EXPECT_STRNE(Now().title, "Typed");
-}
-
-TEST_F(Engine, TitlesOfADiscReadWhileTheDatabaseWasBusyCome) {
-    UseFake(s_short);
-    ASSERT_TRUE(Start());
-    CDInfoRecord record = Record();
-    std::strcpy(record.title, "Known");
-    ASSERT_TRUE(SetCdRecord(record));
-    Drain();
     Stop();
+    s_fake.Insert(s_short);
     {
         const BusyDatabase busy;
         ASSERT_TRUE(Start());
         EXPECT_STREQ(Now().title, "Unknown CD Title");
     }
     Poll();
-    EXPECT_STREQ(Now().title, "Known");
-    EXPECT_EQ(StoredTitle(1000001), "Known");
+    EXPECT_STREQ(Now().title, "Typed") << "looked up again when the file was free";
+    EXPECT_EQ(StoredTitle(1000001), "Typed");
 }

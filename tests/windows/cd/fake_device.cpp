@@ -125,7 +125,6 @@ int PauseDisc(uint32_t device) {
 int StopDisc(uint32_t device) {
     FAKE(0, StopDisc, device);
     if (s_fake.mode != kModeOpen) s_fake.mode = kModeStop;
-    ++s_fake.stops;
     return 1;
 }
 int MoveDiscDoor(uint32_t device, int open) {

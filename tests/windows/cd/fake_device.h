@@ -22,9 +22,9 @@ struct FakeDrive {
     std::atomic<int> crash{0};        // the next question for the mode is a fault in the driver
     std::atomic<uint32_t> mode{kModeStop};
     std::atomic<Tmsf> position{0};
-    std::atomic<int> opens{0}, plays{0}, stops{0}; // opens: less the closes
-    std::recursive_mutex lock;                     // guards what follows
-    FakeDisc disc, told;                           // told: as it was when the device was opened
+    std::atomic<int> opens{0}, plays{0}; // opens: less the closes
+    std::recursive_mutex lock;           // guards what follows
+    FakeDisc disc, told;                 // told: as it was when the device was opened
     NthCall calls;
     const char* failed = ""; // the call that did
     PlayEntry played;
