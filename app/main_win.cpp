@@ -2,6 +2,7 @@
 // console's message loop.
 #include "app/install_win.h"
 #include "app/table_win.h"
+#include "cd/engine_win.h"
 #include "cdinfo/store.h"
 #include "core/command_line.h"
 #include "core/settings.h"
@@ -75,6 +76,7 @@ static int RunFirstInstance(HINSTANCE instance, const StartRequest& request, UIN
     start.taskbarCreated = taskbarCreated;
     UIOptions.PPlay = static_cast<LONG>(request.PPlay);
     const int result = CreateConsole(start) ? RunLoop() : 0;
+    FlushCdRecords(); // typed while another program held the database
     ExchangeShared(SHARED_FIELD(RunningFlags), 0);
     return result;
 }

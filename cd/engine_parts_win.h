@@ -36,6 +36,8 @@ struct CdEngine {
     int goesOn;           // kCdGoOn is posted; any other play or stop takes it back
     int changePosted;     // kCdDeviceChanged is posted
     int lookUpAgain;      // the database was in use: the disc's texts are still to be read
+    uint32_t retryPause;  // polls between the last two attempts at the database, 0: none failed
+    uint32_t retryWait;   // polls to go to the next one
     PlayWatch watch;
 };
 extern CdEngine TheCd;

@@ -13,6 +13,8 @@
 
 constexpr int kMaxPending = 64; // discs edited while the database could not be written
 constexpr DWORD kLookUpWaitMs = 3000;
+constexpr DWORD kFlushMs = 2000; // at the program's end
+constexpr DWORD kFlushPauseMs = 100;
 
 namespace {
 struct PendingRecord {
@@ -93,19 +95,36 @@ static int TakePendingEdits(CDInfoRecord* record) {
     return slot != nullptr;
 }
 
+// What the next look-up of a disc without a program gives: otherwise a disc that is new, or whose
+// program was cleared, would not play at all in programmed play.
+static void GiveProgram(CDInfoRecord* record) {
+    if (!record->programCount) DefaultProgram(record);
+}
+
 int FillFromDatabase(CDInfoRecord* record) {
     const ScopedLock store(s_pending.storeLock, kLookUpWaitMs);
     if (!store.held) {
         ApplyDefaults(record);
-        return TakePendingEdits(record);
+        const int edited = TakePendingEdits(record);
+        GiveProgram(record);
+        return edited;
     }
     if (PendingRecords()) StoreAllStoreLocked();
     LookUpState state = kLookUpFound;
     LookUpDisc(record, &state);
     // Kept records that could still not be stored, or came this moment, are newer than the file.
-    if (TakePendingEdits(record)) {
-        StoreAllStoreLocked();
-        return 1;
+    const int edited = TakePendingEdits(record);
+    if (edited) StoreAllStoreLocked();
+    GiveProgram(record);
+    return edited || state != kLookUpUnread;
+}
+
+int FlushCdRecords() {
+    const DWORD start = GetTickCount();
+    for (;;) {
+        StorePendingRecords(kFlushPauseMs);
+        if (!PendingRecords()) return 1;
+        if (GetTickCount() - start >= kFlushMs) return 0;
+        Sleep(kFlushPauseMs);
     }
-    return state != kLookUpUnread;
 }

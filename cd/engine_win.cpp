@@ -15,6 +15,7 @@ CdEngine TheCd;
 static const char* const kWindowClass = "CDPlayrHiddenWindowClassName";
 static const char* const kWindowTitle = "CDPlayrWindow";
 constexpr DWORD kStoreAtStopMs = 500;
+constexpr uint32_t kMaxRetryPause = 16; // polls
 
 // ---- the poll
 
@@ -109,6 +110,24 @@ static void TakeAutoplay() {
     PostCdCommand(kCdPlay, 0);
 }
 
+// What the database refused so far: at the next poll, then after two, four, ... polls, since every
+// attempt reads the whole file, and a folder without rights refuses for good.
+static void TryDatabaseAgain() {
+    const int pending = PendingRecords();
+    if (!pending && !TheCd.lookUpAgain) {
+        TheCd.retryPause = TheCd.retryWait = 0;
+        return;
+    }
+    if (TheCd.retryWait > 0) {
+        --TheCd.retryWait;
+        return;
+    }
+    if (pending) StorePendingRecords(0);
+    if (TheCd.lookUpAgain) LookUpAgain();
+    TheCd.retryPause = std::clamp(TheCd.retryPause * 2, 1u, kMaxRetryPause);
+    TheCd.retryWait = TheCd.retryPause - 1;
+}
+
 static void OnTimer() {
     TakeRequests();
     int playing = 0;
@@ -119,8 +138,7 @@ static void OnTimer() {
         PollIdle();
     TakeRefresh();
     TakeAutoplay();
-    if (PendingRecords()) StorePendingRecords(0);
-    if (TheCd.lookUpAgain) LookUpAgain();
+    TryDatabaseAgain();
 }
 
 // ---- the window
@@ -189,6 +207,7 @@ static int OpenDrive(HWND window) {
     TheCd.pollMs = MeasurePollPeriod();
     TheCd.tocMode = TheCd.tocRetries = TheCd.failedModes = 0;
     TheCd.goesOn = TheCd.changePosted = TheCd.lookUpAgain = 0;
+    TheCd.retryPause = TheCd.retryWait = 0;
     TheCd.watch = PlayWatch{};
     CDEngineSettings settings;
     LoadCdSettings(&settings);

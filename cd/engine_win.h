@@ -68,6 +68,9 @@ uint32_t SetCdPlayFlags(uint32_t flags);
 // stored in the database. A record that can't be stored now is kept and tried again until it is,
 // also after the disc was changed. 0 when the engine is off; the record is stored all the same.
 int SetCdRecord(const CDInfoRecord& record);
+// For the program's end, when the engine is off: tries for up to 2 s to store what is still kept.
+// 1 when nothing is left.
+int FlushCdRecords();
 // WM_COMMAND `command` (CdEngineCommand) with its argument, to the engine.
 void PostCdCommand(uint32_t command, LPARAM argument);
 void ChangeCdDrive(char letter);

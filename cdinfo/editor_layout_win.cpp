@@ -99,6 +99,17 @@ void AddColumn(HWND list, int column, UINT nameId, int width, int format) {
     SendMessageA(list, LVM_INSERTCOLUMNA, column, reinterpret_cast<LPARAM>(&item));
 }
 
+void SelectAllRows(HWND list) {
+    LVITEMA item = {};
+    item.stateMask = item.state = LVIS_SELECTED;
+    SendMessageA(list, LVM_SETITEMSTATE, static_cast<WPARAM>(-1), reinterpret_cast<LPARAM>(&item));
+}
+
+int IsSelectAllKey(const NMHDR* keyDown) {
+    return reinterpret_cast<const NMLVKEYDOWN*>(keyDown)->wVKey == 'A' &&
+           GetKeyState(VK_CONTROL) < 0 && GetKeyState(VK_MENU) >= 0;
+}
+
 void SetCellText(HWND list, int row, int column, const char* text) {
     LVITEMA item = {};
     item.iSubItem = column;

@@ -69,6 +69,8 @@ void FitProgram(const Editor* editor);
 // Offers a track (1-based) for a stretch, from its start to its end.
 void OfferStretch(Editor* editor, uint32_t track);
 void EnableProgramButtons(Editor* editor);
+// Enter in the fields of a stretch adds it, if that can be: 1, and the dialog stays open.
+int AddStretchByEnter(Editor* editor);
 // 1 when the control was one of the program's.
 int OnProgramCommand(Editor* editor, WORD id, WORD code);
 int OnProgramNotify(Editor* editor, NMHDR* header, LRESULT* result);
@@ -86,5 +88,7 @@ void PlaceDialog(const Editor* editor);
 void AddColumn(HWND list, int column, UINT nameId, int width, int format);
 void SetCellText(HWND list, int row, int column, const char* text);
 void SetRowCount(HWND list, int rows);
+void SelectAllRows(HWND list);
+int IsSelectAllKey(const NMHDR* keyDown); // an LVN_KEYDOWN: Ctrl+A
 // Gives a column the width that the others leave.
 void FitColumn(HWND list, int column, int columns);

@@ -303,7 +303,21 @@ int OnProgramNotify(Editor* editor, NMHDR* header, LRESULT* result) {
     } else if (header->code == static_cast<UINT>(LVN_KEYDOWN)) {
         if (reinterpret_cast<const NMLVKEYDOWN*>(header)->wVKey == VK_DELETE)
             RemoveSelected(editor);
+        else if (IsSelectAllKey(header))
+            SelectAllRows(editor->program);
     }
+    return 1;
+}
+
+int AddStretchByEnter(Editor* editor) {
+    const int id = GetDlgCtrlID(GetFocus());
+    int inStretch = id == IDC_EDITOR_STRETCH_TRACK;
+    for (const TimeSpin& spin : kSpins)
+        inStretch |= id == spin.minuteId || id == spin.secondId;
+    if (!inStretch) return 0;
+    // One that can't be added stays where it is; its note says why.
+    if (IsWindowEnabled(GetDlgItem(editor->dialog, IDC_EDITOR_ADD_STRETCH)))
+        OnProgramCommand(editor, IDC_EDITOR_ADD_STRETCH, BN_CLICKED);
     return 1;
 }
 

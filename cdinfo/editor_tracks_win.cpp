@@ -263,6 +263,8 @@ int OnTracksNotify(Editor* editor, const NMHDR* header) {
     case static_cast<UINT>(LVN_KEYDOWN):
         if (reinterpret_cast<const NMLVKEYDOWN*>(header)->wVKey == VK_F2)
             OpenCellAt(editor, FocusedRow(editor), kNumberColumn);
+        else if (IsSelectAllKey(header))
+            SelectAllRows(editor->tracks);
         break;
     case static_cast<UINT>(LVN_ITEMCHANGED): {
         const auto* change = reinterpret_cast<const NMLISTVIEW*>(header);

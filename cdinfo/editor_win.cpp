@@ -77,7 +77,9 @@ static void OnOk(Editor* editor) {
 
 static void OnCommand(Editor* editor, WORD id, WORD code) {
     switch (id) {
-    case IDOK: OnOk(editor); break;
+    case IDOK:
+        if (!AddStretchByEnter(editor)) OnOk(editor);
+        break;
     case IDCANCEL: EndLoop(editor); break;
     case IDC_EDITOR_SAME_ARTIST:
         if (code == BN_CLICKED) OnSameArtist(editor);

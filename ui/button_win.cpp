@@ -88,14 +88,30 @@ static void FollowPress(HWND button, ButtonData* data, int inside) {
     SendNotification(button, inside ? kButtonPressed : kButtonReleased);
 }
 
+static void StartTracking(HWND button, ButtonData* data) {
+    if (data->Tracking) return;
+    SetCapture(button);
+    data->Tracking = 1;
+}
+
+// The button went up where it was not seen: under a menu's mouse, say.
+static void DropPress(HWND button, ButtonData* data) {
+    data->Down = 0;
+    data->State &= ~kPressed;
+    Repaint(button);
+    SendNotification(button, kButtonReleased);
+}
+
 static void OnMouseMove(HWND button, WPARAM keys, LPARAM position) {
     ButtonData* data = Data(button);
     const int inside = IsInside(button, position);
-    if (!data->Tracking) {
-        SetCapture(button);
-        data->Tracking = 1;
+    StartTracking(button, data);
+    if (data->Down) {
+        if (keys & MK_LBUTTON)
+            FollowPress(button, data, inside);
+        else
+            DropPress(button, data);
     }
-    if ((keys & MK_LBUTTON) && data->Down) FollowPress(button, data, inside);
     data = Data(button);
     if (!data) return;
     if (inside && !data->Hover) WatchLeaving(button);
@@ -105,12 +121,19 @@ static void OnMouseMove(HWND button, WPARAM keys, LPARAM position) {
 }
 
 static void OnMouseLeave(HWND button) {
-    const ButtonData* data = Data(button);
-    if (data->Tracking && !data->Down && GetCapture() == button) ReleaseCapture();
+    ButtonData* data = Data(button);
+    if (data->Down && GetKeyState(VK_LBUTTON) >= 0) DropPress(button, data);
+    data = Data(button);
+    if (!data || data->Down) return;
+    if (data->Tracking && GetCapture() == button)
+        ReleaseCapture();
+    else
+        SetHover(button, data, 0);
 }
 
 static void OnLButtonDown(HWND button) {
     ButtonData* data = Data(button);
+    StartTracking(button, data); // a press may come before any move: after a menu has closed
     data->State |= kPressed;
     data->Down = 1;
     Repaint(button);

@@ -69,6 +69,15 @@ TEST_F(SoundTest, DiscPlaysToItsEndAndSkipsTheDataTrack) {
     EXPECT_EQ(matched, wanted);
 }
 
+TEST_F(SoundTest, NewDiscPlaysInProgrammedPlayToo) {
+    WriteRegDword(kUserRoot, "Software\\Tonvista\\CDEngine", "Programmed", kRegDword, 1);
+    Start();
+    SharedPeer peer;
+    ASSERT_TRUE(peer.block);
+    Command(FindComponent(kPlayer), kPlay);
+    EXPECT_TRUE(WaitUntil([&] { return peer.block->CdTrack == 1; }));
+}
+
 // ---- titles that somebody typed
 
 static std::string DiscTitle() {

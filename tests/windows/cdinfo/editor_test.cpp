@@ -168,7 +168,9 @@ TEST_F(Editor, TheProgramIsBuilt) {
     EXPECT_FALSE(Enabled(IDC_EDITOR_ADD_STRETCH)) << "behind the track's end";
     Put(IDC_EDITOR_TO_MINUTE, "0");
     Put(IDC_EDITOR_FROM_SECOND, "5");
-    Press(IDC_EDITOR_ADD_STRETCH);
+    FocusOn(IDC_EDITOR_FROM_SECOND);
+    Key(VK_RETURN); // adds it and does not end the dialog
+    ASSERT_EQ(s_result, -1);
     Choose(IDC_EDITOR_TRACKS, 0);
     Press(IDC_EDITOR_ADD_TRACKS);
     Choose(IDC_EDITOR_TRACKS, 1);
