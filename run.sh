@@ -105,13 +105,6 @@ install_once() {
   start_program /nodefcd /nodefmed /install
   wait_for 60 answer_boxes || die "the installation did not end"
   in_host wine reg query 'HKCU\Software\Tonvista' >/dev/null || die "the installation failed"
-  place_window UIWindow1 60 60  # where nobody has moved them yet, they would cover each other
-  place_window UIWindow2 60 270
-}
-
-place_window() { # SECTION X Y
-  reg_add "HKCU\\Software\\Tonvista\\$1" X REG_DWORD "$2"
-  reg_add "HKCU\\Software\\Tonvista\\$1" Y REG_DWORD "$3"
 }
 
 set_up_player() {

@@ -29,6 +29,8 @@ struct ButtonData {
     HICON IconNormal, IconPressed, IconHover;
 };
 constexpr int kComparedCharacters = 127;
+constexpr UINT_PTR kHoverTimer = 1;
+constexpr UINT kHoverMs = 100;
 } // namespace
 
 static ButtonData* Data(HWND button) {
@@ -60,20 +62,22 @@ static int IsInside(HWND button, LPARAM position) {
 
 // ---- input
 
-static void SetHover(HWND button, ButtonData* data, int hover) {
-    if (data->Hover == hover) return;
-    data->Hover = hover;
-    Repaint(button);
+static int IsPointerHere(HWND button) {
+    POINT cursor;
+    return GetCursorPos(&cursor) && WindowFromPoint(cursor) == button;
 }
 
 // The capture ends at the border of this thread's windows while no button is down, and most windows
-// near by belong to other threads: the system's leave notice covers that way out. It is asked for
-// only while the pointer really is here, because otherwise it comes at once.
-static void WatchLeaving(HWND button) {
-    POINT cursor;
-    if (!GetCursorPos(&cursor) || WindowFromPoint(cursor) != button) return;
-    TRACKMOUSEEVENT track = {sizeof track, TME_LEAVE, button, 0};
-    TrackMouseEvent(&track);
+// near by belong to other threads. The system's leave notice would cover that way out, but it gets
+// lost when a dialog has just gone; so a lit button looks for the pointer itself.
+static void SetHover(HWND button, ButtonData* data, int hover) {
+    if (data->Hover == hover) return;
+    data->Hover = hover;
+    if (hover)
+        SetTimer(button, kHoverTimer, kHoverMs, nullptr);
+    else
+        KillTimer(button, kHoverTimer);
+    Repaint(button);
 }
 
 // The pointer crossed the border while the button is held.
@@ -114,19 +118,24 @@ static void OnMouseMove(HWND button, WPARAM keys, LPARAM position) {
     }
     data = Data(button);
     if (!data) return;
-    if (inside && !data->Hover) WatchLeaving(button);
     SetHover(button, data, inside);
     if (!inside && !(keys & (MK_LBUTTON | MK_MBUTTON | MK_RBUTTON)) && GetCapture() == button)
         ReleaseCapture(); // the rest happens in OnCaptureLost
 }
 
-static void OnMouseLeave(HWND button) {
+static void OnHoverTimer(HWND button) {
     ButtonData* data = Data(button);
-    if (data->Down && GetKeyState(VK_LBUTTON) >= 0) DropPress(button, data);
+    if (IsPointerHere(button)) return;
+    if (data->Down) {
+        // Physical keys: a left-handed mouse has its main button on the right.
+        const int held = GetSystemMetrics(SM_SWAPBUTTON) ? VK_RBUTTON : VK_LBUTTON;
+        if (GetAsyncKeyState(held) < 0) return; // the capture follows it
+        DropPress(button, data);
+    }
     data = Data(button);
-    if (!data || data->Down) return;
+    if (!data) return;
     if (data->Tracking && GetCapture() == button)
-        ReleaseCapture();
+        ReleaseCapture(); // the rest happens in OnCaptureLost
     else
         SetHover(button, data, 0);
 }
@@ -168,9 +177,9 @@ static void OnLButtonUp(HWND button, LPARAM position) {
 static void OnCaptureLost(HWND button) {
     ButtonData* data = Data(button);
     data->Tracking = 0;
-    data->Hover = 0;
     data->Down = 0;
     data->State &= ~kPressed;
+    SetHover(button, data, 0);
     Repaint(button);
     SendNotification(button, kButtonReleased);
 }
@@ -312,7 +321,7 @@ static LRESULT ButtonProc(HWND button, UINT message, WPARAM wParam, LPARAM lPara
     switch (message) {
     case WM_DESTROY: FreeControlData<ButtonData>(button); return 0;
     case WM_MOUSEMOVE: OnMouseMove(button, wParam, lParam); return 0;
-    case WM_MOUSELEAVE: OnMouseLeave(button); return 0;
+    case WM_TIMER: OnHoverTimer(button); return 0;
     case WM_LBUTTONDOWN: OnLButtonDown(button); return 0;
     case WM_LBUTTONUP: OnLButtonUp(button, lParam); return 0;
     case WM_CAPTURECHANGED:
