@@ -5,7 +5,7 @@
 #include "tests/support/tone_disc.h"
 
 constexpr const char* kPlayer = "CDPlayerUI";
-constexpr int kTrackTitle = 702, kPlayTrack2 = 711, kDriveTime = 741; // controls of the player
+constexpr int kTrackTitle = 702, kPlayTrack2 = 711; // controls of the player
 
 namespace {
 class FaultTest : public ProgramTest {
@@ -84,25 +84,6 @@ TEST_F(FaultTest, EngineFaultsAndCanBeSwitchedOnAgain) {
     EXPECT_TRUE(
         WaitUntil([] { return ChildText(FindComponent(kPlayer), kTrackTitle) == "Track 2"; }));
     EXPECT_EQ(Close(), 0);
-}
-
-TEST_F(FaultTest, HungPlayerCostsTwoSecondsAtTheEnd) {
-    Start();
-    const HWND player = FindComponent(kPlayer);
-    ASSERT_TRUE(player);
-    // Suspended while it painted, it would hold a lock of the system's. So: right after a timer.
-    ASSERT_TRUE(WaitUntil([&] { return ChildText(player, kDriveTime) == "D: 01:20"; }));
-    EXPECT_LT(AnswerTime(player), 1000u);
-    Sleep(100);
-    HANDLE thread =
-        OpenThread(THREAD_SUSPEND_RESUME, FALSE, GetWindowThreadProcessId(player, nullptr));
-    ASSERT_TRUE(thread);
-    SuspendThread(thread);
-    CloseHandle(thread);
-    const DWORD start = GetTickCount();
-    EXPECT_EQ(Close(), 0);
-    EXPECT_GE(GetTickCount() - start, 1500u) << "it was waited for";
-    EXPECT_LT(GetTickCount() - start, 6000u);
 }
 
 // The drive takes seconds for every call: windows answer all the same.

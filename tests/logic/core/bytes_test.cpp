@@ -1,20 +1,7 @@
-// The bounds-checked byte reader and writer, and texts cut to their buffers.
+// The bounds-checked byte reader and writer.
 #include "core/bytes.h"
-#include "core/text.h"
 
 #include <gtest/gtest.h>
-
-TEST(Text, CopiesAreCutAndComparedWithoutCase) {
-    char buffer[5];
-    CopyText(buffer, "abcdefgh");
-    EXPECT_STREQ(buffer, "abcd");
-    CopyText(buffer, nullptr);
-    AppendText(buffer, sizeof buffer, "ab");
-    AppendText(buffer, sizeof buffer, "cdef");
-    EXPECT_STREQ(buffer, "abcd");
-    EXPECT_EQ(FormatText(buffer, sizeof buffer, "%d", 123456), 4);
-    EXPECT_TRUE(SameText("ARTIST", "Artist") && !SameText("Artist", "Artists"));
-}
 
 TEST(Bytes, ErrorSticksAndNothingIsReadPastTheEnd) {
     const uint8_t data[] = {1, 2, 3, 4, 5};

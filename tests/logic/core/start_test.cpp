@@ -1,4 +1,4 @@
-// What a start is asked for (command line, build date) and where a saved window may stand.
+// What a start is asked for (command line) and where a saved window may stand.
 #include "core/command_line.h"
 #include "core/placement.h"
 
@@ -52,23 +52,6 @@ TEST(CommandLine, WordsOfAnyLengthAreCut) {
         Parse({longWord, longWord + ".mp3", "/target", longWord, "a.mp3" + longWord});
     EXPECT_EQ(std::string(r.TargetPath), std::string(259, 'X'));
     EXPECT_EQ(std::string(r.MediaFilePath), "a.mp3" + std::string(254, 'x'));
-}
-
-TEST(CommandLine, BuildDates) {
-    const struct {
-        const char* date;
-        uint16_t year, monthDay;
-    } cases[] = {{"Feb  4 2006", 2006, 204}, {"Aug 31 2026", 2026, 831},
-                 {"Apr  1 1999", 1999, 401}, {"May 10 2000", 2000, 510},
-                 {"Mar 10 2000", 2000, 310}, {"Jan  1 2000", 2000, 101},
-                 {"Jun  1 2000", 2000, 601}, {"Jul  1 2000", 2000, 701},
-                 {"Xyz  1 2000", 0, 0},      {"Feb 4", 0, 0}};
-    for (const auto& c : cases) {
-        uint16_t year = 1, monthDay = 1;
-        ParseBuildDate(c.date, &year, &monthDay);
-        EXPECT_EQ(year, c.year) << c.date;
-        EXPECT_EQ(monthDay, c.monthDay) << c.date;
-    }
 }
 
 TEST(Placement, KeepsTwentyPixelsInSight) {

@@ -33,17 +33,12 @@ static bool Inside(const Box& outer, const Box& b) {
                         b.top + b.height <= outer.top + outer.height);
 }
 
-static std::vector<Box> Controls(const ConsoleLayout& l, Counts counts) {
+static void ExpectSound(const ConsoleLayout& l, Size client, Counts counts) {
+    const Box whole = {0, 0, client.width, client.height};
     std::vector<Box> boxes = {l.brand, l.minimize, l.close, l.volume};
     boxes.insert(boxes.end(), l.buttons, l.buttons + counts.buttons);
     boxes.insert(boxes.end(), l.lamps, l.lamps + counts.lamps);
     boxes.insert(boxes.end(), l.lampDots, l.lampDots + counts.lamps);
-    return boxes;
-}
-
-static void ExpectSound(const ConsoleLayout& l, Size client, Counts counts) {
-    const Box whole = {0, 0, client.width, client.height};
-    const std::vector<Box> boxes = Controls(l, counts);
     for (size_t i = 0; i < boxes.size(); ++i) {
         EXPECT_TRUE(boxes[i].width >= 0 && boxes[i].height >= 0);
         EXPECT_TRUE(Inside(whole, boxes[i])) << "box " << i;
@@ -98,14 +93,4 @@ TEST(ConsoleLayout, LabelsFitAndStayReadableAtTheBuiltInSizes) {
             EXPECT_LE(font, label.height) << text;
         }
     }
-}
-
-TEST(ConsoleLayout, LongTextsGiveWayBeforeTheFontDoes) {
-    ConsoleLabel labels[] = {{"Minimize", "Min", 60, 30, 0}, {"CD Player", "CD", 100, 30, 0}};
-    EXPECT_EQ(FitConsoleLabels(labels, 2, 14, Measure, nullptr), 14);
-    EXPECT_TRUE(labels[0].useShort && !labels[1].useShort);
-    labels[0].width = 28; // "Min" at 14 would be clipped
-    EXPECT_EQ(FitConsoleLabels(labels, 2, 14, Measure, nullptr), 12);
-    labels[0].width = 1; // hopeless: the smallest font, and no endless search
-    EXPECT_EQ(FitConsoleLabels(labels, 2, 14, Measure, nullptr), kMinFont);
 }

@@ -36,20 +36,9 @@ TEST(ComponentRows, OrdersComeFromTheTable) {
               (std::vector<int>{703, 702, 712, 709, 719, 720, 706}));
     EXPECT_EQ(Commands(order, DependantOrder(s_rows, kRows, 720, order)),
               (std::vector<int>{712, 703, 709}));
-    EXPECT_EQ(Commands(order, DependantOrder(s_rows, kRows, 719, order)),
-              (std::vector<int>{702, 706}));
     EXPECT_EQ(DependantOrder(s_rows, kRows, 0, order), 0) << "engines depend on nothing";
     EXPECT_EQ(RowOfRestoreRank(s_rows, kRows, 5), 4);
     EXPECT_EQ(RowOfRestoreRank(s_rows, kRows, 3), -1);
-}
-
-TEST(ComponentRows, NoticesCountForWindowIdsAlone) {
-    for (const int id : {-1, 0, 1, 8, 10, 11, 13, 65538})
-        EXPECT_FALSE(ClosedNoticeCounts(id) || ClosedNoticeSaves(id)) << id;
-    for (const int id : {2, 3, 4, 7, 9})
-        EXPECT_TRUE(ClosedNoticeCounts(id) && ClosedNoticeSaves(id)) << id;
-    for (const int id : {5, 6, 12}) // these have no on/off value
-        EXPECT_TRUE(ClosedNoticeCounts(id) && !ClosedNoticeSaves(id)) << id;
 }
 
 // A window wholly right of the reference can't reach its right edge.

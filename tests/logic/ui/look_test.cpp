@@ -31,21 +31,6 @@ TEST(Geometry, RowsHaveEvenGapsAndNoRest) {
     ExpectEvenRow({0, 0, 5, 5}, 9, 10, 0); // gaps that would fill the area shrink
 }
 
-TEST(Geometry, WeightsShareAndDegenerateOnesAreEven) {
-    const int weights[] = {1, 0, 3}, nothing[] = {0, -5, 0};
-    Box boxes[3];
-    SplitRowBy({10, 0, 104, 20}, weights, 3, 2, boxes);
-    EXPECT_EQ(boxes[0].width, 25);
-    EXPECT_EQ(boxes[1].width, 0);
-    EXPECT_EQ(boxes[2].left, 10 + 25 + 2 + 2);
-    EXPECT_EQ(boxes[2].width, 75);
-    SplitColumnBy({0, 0, 20, 94}, nothing, 3, 2, boxes);
-    EXPECT_EQ(boxes[0].height, 30);
-    EXPECT_EQ(boxes[2].top, 64);
-    EXPECT_EQ(InsetBox({0, 0, 9, 4}, 7).width, 1);
-    EXPECT_EQ(InsetBox({0, 0, 9, 4}, 7).height, 0);
-}
-
 TEST(Look, LabelHeights) {
     const struct {
         int width, height, plain, large;
@@ -55,12 +40,4 @@ TEST(Look, LabelHeights) {
         EXPECT_EQ(LabelFontHeight(row.width, row.height, 0), row.plain) << row.width;
         EXPECT_EQ(LabelFontHeight(row.width, row.height, 1), row.large) << row.width;
     }
-}
-
-TEST(Look, ColorsDependOnTheDepth) {
-    EXPECT_EQ(DefaultColors(8).IndtrDrkClr, 0x00FF00u);
-    EXPECT_EQ(DefaultColors(8).BtnLtClr, 0x00FF00u);
-    EXPECT_EQ(DefaultColors(16).IndtrDrkClr, 0xFF8000u);
-    EXPECT_EQ(DefaultColors(24).BtnLtClr, 0x800000u);
-    EXPECT_EQ(DefaultColors(24).CmpntBkClr, 0x404040u);
 }

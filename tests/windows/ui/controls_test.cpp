@@ -3,8 +3,6 @@
 #include "kit.h"
 #include "ui/button_win.h"
 #include "ui/divider_win.h"
-#include "ui/indicator_win.h"
-#include "ui/look_win.h"
 #include "ui/trackbar_win.h"
 
 #include <gtest/gtest.h>
@@ -98,61 +96,6 @@ TEST(Button, PushlikeStaysInUntilClickedAgain) {
     }
 }
 
-TEST(Button, LabelTakesItsColorsAndADisabledOneHasNone) {
-    Recorder parent;
-    HWND button = MakeButton(parent);
-    const RECT client = ClientRect(button);
-    EXPECT_GT(CountPixels(button, client, kText), 20);
-    SendMessageA(button, WM_MOUSEMOVE, 0, At(4, 4));
-    EXPECT_GT(CountPixels(button, client, kHot), 20);
-    EXPECT_EQ(CountPixels(button, client, kText), 0);
-    SendMessageA(button, WM_MOUSEMOVE, 0, At(-1, 4));
-    EXPECT_EQ(CountPixels(button, client, kHot), 0);
-    EnableWindow(button, FALSE);
-    EXPECT_EQ(CountPixels(button, {2, 2, client.right - 2, client.bottom - 2}, kFace),
-              (client.right - 4) * (client.bottom - 4));
-    DestroyWindow(button);
-    HWND born = MakeButton(parent, WS_DISABLED);
-    EXPECT_EQ(CountPixels(born, client, kText), 0) << "disabled from the start";
-    EXPECT_GT(CountPixels(born, client, kFace), 0);
-}
-
-TEST(Button, RepaintsOnlyWhatChanged) {
-    Recorder parent;
-    HWND button = MakeButton(parent);
-    std::string text(140, 'a');
-    const struct {
-        size_t index;
-        bool repainted;
-    } rows[] = {{0, true}, {127, false}, {126, true}}; // the first 127 characters are compared
-    for (const auto& row : rows) {
-        text[row.index] = 'b';
-        SendMessageA(button, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(text.c_str()));
-        EXPECT_EQ(NeedsPaint(button), row.repainted) << row.index;
-        UpdateWindow(button);
-    }
-    SetButtonColors(button, kText, kFace, kHot);
-    EXPECT_FALSE(NeedsPaint(button)) << "the same colours again";
-    SetButtonOn(button, 1);
-    EXPECT_TRUE(NeedsPaint(button));
-}
-
-TEST(Button, ImagesAreDrawnEvenWhenDisabled) {
-    Recorder parent;
-    HWND button = MakeButton(parent, BS_BITMAP);
-    const std::vector<uint32_t> white(8 * 6, 0xFFFFFFFF);
-    HBITMAP bitmap = CreateBitmap(8, 6, 1, 32, white.data());
-    const auto image = reinterpret_cast<LPARAM>(bitmap);
-    EXPECT_GT(CountPixels(button, ClientRect(button), kText), 0) << "no image yet: the label";
-    EXPECT_EQ(SendMessageA(button, BM_SETIMAGE, IMAGE_BITMAP, image), 0);
-    EXPECT_EQ(SendMessageA(button, BM_GETIMAGE, IMAGE_BITMAP, 0), image);
-    EnableWindow(button, FALSE);
-    EXPECT_EQ(CountPixels(button, {34, 10, 42, 16}, 0xFFFFFF), 48) << "centred, shifted by an edge";
-    EXPECT_EQ(SendMessageA(button, BM_SETIMAGE, IMAGE_BITMAP, 0x7777), image);
-    EXPECT_EQ(PixelOf(button, 38, 12), kFace) << "no bitmap: nothing drawn, nothing broken";
-    DeleteObject(bitmap);
-}
-
 // ---- track bar
 
 static HWND MakeBar(const Recorder& recorder, DWORD style) {
@@ -215,45 +158,7 @@ TEST(TrackBarWindow, ClickBesideTheThumbIsAPageAndTheWheelTwoSteps) {
         }
 }
 
-TEST(TrackBarWindow, HostileMessagesAndSizes) {
-    Recorder parent;
-    HWND bar = MakeBar(parent, 0);
-    SendMessageA(bar, kTrackBarSetPos, 0, LONG_MAX);
-    SendMessageA(bar, kTrackBarSetRange, 1, MAKELPARAM(90, 20));
-    SendMessageA(bar, WM_LBUTTONDOWN, MK_LBUTTON, At(3, 8));
-    SendMessageA(bar, WM_MOUSEMOVE, MK_LBUTTON, At(70, 8));
-    SendMessageA(bar, WM_LBUTTONUP, 0, At(70, 8));
-    EXPECT_EQ(Scrolls(&parent, WM_HSCROLL, bar), (Moves{{90, 8}})) << "an empty range";
-    EXPECT_EQ(PixelOf(bar, 4, 8), 0x445566u) << "the thumb of an empty range";
-    SetTrackBarRange(bar, 0, 65535, 1);
-    SetTrackBarPos(bar, 65535);
-    SendMessageA(bar, WM_KEYDOWN, VK_F3, 0);
-    EXPECT_EQ(Scrolls(&parent, WM_HSCROLL, bar), (Moves{{65535, 8}}));
-    EXPECT_EQ(SetTrackBarThumbSize(bar, 0), 0);
-    EXPECT_EQ(SetTrackBarThumbSize(bar, 21), 0);
-    EXPECT_EQ(SetTrackBarThumbSize(bar, 20), 1);
-    EXPECT_EQ(SetTrackBarThumbSize(parent.window, 5), 0) << "no track bar";
-}
-
-// ---- indicator and divider
-
-TEST(Indicator, TextIsSetOnlyWhenItDiffers) {
-    Recorder parent;
-    HWND lamp = CreateTNVIndicator(0, WS_VISIBLE, 10, 10, 200, 30, parent.window, 719, nullptr);
-    EXPECT_FALSE(IsWindowEnabled(lamp));
-    const std::string shortText(62, 'a');
-    for (const auto& [text, repainted] : {std::pair{shortText, true},
-                                          {shortText, false},
-                                          {shortText + "b", true},
-                                          {shortText + "b", true}}) {
-        UpdateWindow(lamp);
-        SetWindowTextA(lamp, text.c_str());
-        EXPECT_EQ(NeedsPaint(lamp), repainted) << text;
-    }
-    SetIndicatorColor(lamp, kText);
-    EXPECT_FALSE(NeedsPaint(lamp)) << "painted at once";
-    EXPECT_GT(CountPixels(lamp, ClientRect(lamp), kText), 20);
-}
+// ---- divider
 
 TEST(Divider, ReportsHowFarItIsDragged) {
     Recorder parent;

@@ -1,5 +1,5 @@
-// The framework's windows as a user and their owner see them: place, drag, keys, group commands,
-// tooltips, colours; and a whole component window on its thread.
+// The framework's windows as a user and their owner see them: place, drag, keys, group commands
+// and tooltips; and a whole component window on its thread.
 #include "core/commands.h"
 #include "core/settings.h"
 #include "core/text.h"
@@ -69,21 +69,6 @@ TEST_F(Framework, StandsWhereItWasSavedAndBelongsToItsOwner) {
     EXPECT_TRUE(RestoreWindowPlacement(window));
     EXPECT_EQ(Place(), "1260 -180 300 200");
     EXPECT_EQ(Saved("X"), 1260) << "what it moved to is what is saved";
-    SetSavedPlacement(kId, 5000, -900, 300, 200);
-    EXPECT_TRUE(RestoreWindowPlacement(window));
-    EXPECT_TRUE(SaveWindowPlacement(window));
-    EXPECT_EQ(Saved("X"), 1260) << "what others wrote meanwhile is written over";
-}
-
-TEST_F(Framework, PPlayMakesItHiddenAndTheConsoleHasATaskbarButton) {
-    UIOptions.PPlay = 1;
-    HWND console = CreateUIWindow(GetModuleHandleA(nullptr), 78, "Trial", 1, nullptr);
-    EXPECT_FALSE(IsWindowVisible(console));
-    EXPECT_TRUE(GetWindowLongA(console, GWL_EXSTYLE) & WS_EX_APPWINDOW);
-    RegisterWheelMessage();
-    SendMessageA(console, WM_MOUSEWHEEL, 0, 0); // its own owner: must not go round for ever
-    DestroyWindow(console);
-    DeleteRegTree(kUserRoot, "Software\\Tonvista\\UIWindow78");
 }
 
 TEST_F(Framework, DragMovesItAndSavesThePlaceUnlessLocked) {
@@ -104,46 +89,13 @@ TEST_F(Framework, DragMovesItAndSavesThePlaceUnlessLocked) {
     EXPECT_EQ(Place(), "117 109 300 200");
 }
 
-TEST_F(Framework, TheRealPointerDragsItByItsBackground) {
-    SetForegroundWindow(owner.window);
-    MovePointer(200, 200);
-    PressPointer(1);
-    MovePointer(230, 210);
-    MovePointer(260, 190);
-    EXPECT_EQ(Place(), "160 110 300 200");
-    PressPointer(0);
-    MovePointer(300, 300);
-    EXPECT_EQ(Place(), "160 110 300 200");
-    ASSERT_FALSE(owner.Commands(kGroupRaise).empty()) << "activated by the click";
-    EXPECT_EQ(owner.Commands(kGroupRaise)[0].lParam, reinterpret_cast<LPARAM>(window));
-}
-
-TEST_F(Framework, GroupMovesWithCtrlOrWhenLockedTogether) {
-    Drag(30, 20, 25, 32, MK_CONTROL);
-    UIOptions.LockWindows = 1;
-    Drag(30, 20, 31, 20);
-    const auto moves = owner.Commands(kGroupMove);
-    ASSERT_EQ(moves.size(), 2u);
-    EXPECT_EQ(HIWORD(moves[0].wParam), kId);
-    EXPECT_EQ(moves[0].lParam, At(-5, 12));
-    EXPECT_EQ(moves[1].lParam, At(1, 0));
-}
-
-TEST_F(Framework, CharactersChangeTheSizeAndSaveIt) {
-    for (char c : {'x', 'x', 'x', 'x', 'x', 'Y', 'Y', 'y', 'z'})
-        SendMessageA(window, WM_CHAR, static_cast<WPARAM>(c), 0);
-    EXPECT_EQ(Place(), "100 120 295 201");
-    EXPECT_EQ(Saved("Width"), 295);
-    EXPECT_EQ(Saved("Height"), 201);
-}
-
 static void HoldKey(int key, int down) {
     BYTE keys[256] = {};
     keys[key] = down ? 0x80 : 0;
     SetKeyboardState(keys);
 }
 
-TEST_F(Framework, ArrowsNudgeAlignAndStretch) {
+TEST_F(Framework, KeysChangeItAndTheGroupIsAskedThroughTheOwner) {
     for (WPARAM key : {VK_RIGHT, VK_RIGHT, VK_DOWN, VK_LEFT, VK_UP, VK_UP})
         SendMessageA(window, WM_KEYDOWN, key, 0);
     EXPECT_EQ(Place(), "101 119 300 200");
@@ -153,13 +105,20 @@ TEST_F(Framework, ArrowsNudgeAlignAndStretch) {
     SendMessageA(window, WM_KEYDOWN, VK_RIGHT, 0);
     HoldKey(VK_SHIFT, 0);
     EXPECT_EQ(Place(), "101 119 300 200");
-    for (const auto& [id, key] :
-         {std::pair<int, int>{kGroupAlign, VK_LEFT}, {kGroupStretch, VK_RIGHT}}) {
-        const auto commands = owner.Commands(id);
-        ASSERT_EQ(commands.size(), 1u) << id;
-        EXPECT_EQ(HIWORD(commands[0].wParam), kId);
-        EXPECT_EQ(commands[0].lParam, key);
-    }
+    for (char c : {'x', 'x', 'Y', 'z'})
+        SendMessageA(window, WM_CHAR, static_cast<WPARAM>(c), 0);
+    EXPECT_EQ(Place(), "101 119 298 201");
+    EXPECT_EQ(Saved("Width"), 298);
+    Drag(30, 20, 25, 32, MK_CONTROL);
+    UIOptions.LockWindows = 1;
+    Drag(30, 20, 31, 20);
+    std::vector<LPARAM> told;
+    for (const int id : {kGroupAlign, kGroupStretch, kGroupMove})
+        for (const Note& note : owner.Commands(id)) {
+            EXPECT_EQ(HIWORD(note.wParam), kId);
+            told.push_back(note.lParam);
+        }
+    EXPECT_EQ(told, (std::vector<LPARAM>{VK_LEFT, VK_RIGHT, At(-5, 12), At(1, 0)}));
 }
 
 TEST_F(Framework, MediaKeysAndWheelGoToTheOwner) {
@@ -174,42 +133,6 @@ TEST_F(Framework, MediaKeysAndWheelGoToTheOwner) {
     SendMessageA(window, WM_MOUSEWHEEL, MAKEWPARAM(MK_MBUTTON, 0xFF88), At(7, 8));
     ASSERT_EQ(owner.notes.size(), 1u);
     EXPECT_EQ(owner.notes[0].wParam, MAKEWPARAM(MK_MBUTTON, 0xFF88));
-}
-
-TEST_F(Framework, ColorIsSavedPaintedAndSharedWithIndicators) {
-    HWND lamp = CreateTNVIndicator(0, WS_VISIBLE, 50, 50, 40, 20, window, 719, nullptr);
-    EXPECT_EQ(SetWindowBkColor(window, 0x123456), 0x404040u);
-    Pump();
-    EXPECT_EQ(PixelOf(window, 20, 20), 0x123456u);
-    EXPECT_EQ(PixelOf(lamp, 5, 5), 0x123456u);
-    EXPECT_EQ(PixelOf(window, 0, 0), GetSysColor(COLOR_3DLIGHT)) << "raised edge";
-    SetSavedPlacement(kId, 1, 2, 300, 200);
-    EXPECT_EQ(Saved("BkColor"), 0x123456) << "kept by layouts";
-}
-
-// The window itself is the indicator's parent.
-static int s_doubleClicks;
-static LRESULT CALLBACK CountDoubleClicks(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-    s_doubleClicks +=
-        message == WM_COMMAND && wParam == MAKEWPARAM(719, kIndicatorDoubleClicked) && lParam;
-    return CallKeptProcedure(window, message, wParam, lParam);
-}
-
-TEST_F(Framework, DoubleClickFindsTheDisabledIndicator) {
-    HWND lamp = CreateTNVIndicator(0, WS_VISIBLE, 50, 50, 100, 40, window, 719, nullptr);
-    const POINT center = CenterOf(lamp);
-    MovePointer(center.x, center.y);
-    SubclassUIWindow(window, CountDoubleClicks);
-    s_doubleClicks = 0;
-    for (int i = 0; i < 2; i++) {
-        PressPointer(1);
-        PressPointer(0);
-    }
-    EXPECT_EQ(s_doubleClicks, 1);
-    EXPECT_EQ(Place(), "100 120 300 200");
-    SendMessageA(window, WM_LBUTTONDBLCLK, MK_LBUTTON, At(10, 10)); // elsewhere: a press
-    EXPECT_EQ(GetCapture(), window);
-    SendMessageA(window, WM_LBUTTONUP, 0, At(10, 10));
 }
 
 static HWND ShownToolTip() {
@@ -268,42 +191,12 @@ static ComponentWindow s_probeWindow = {
     .OnSave = [] { s_probe.saved++; },
 };
 static LRESULT ProbeProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-    if (message == WM_USER + 9) RaiseException(0xE0001234, 0, 0, nullptr);
     return PassOnMessage(&s_probeWindow, window, message, wParam, lParam);
 }
 
+// Without a pressed button the capture does not reach into another thread's windows: a button of
+// the console must cool down when the pointer goes over to a component.
 TEST(ComponentWindowThread, LivesAsAComponentDoes) {
-    Recorder console;
-    ComponentThread* thread = ComponentThreadOf(&s_probeWindow);
-    for (int fault : {0, 1}) {
-        SetSavedPlacement(kId, 100, 120, 300, 200);
-        s_probe = {};
-        ASSERT_TRUE(StartComponentThread(thread, GetModuleHandleA(nullptr), console.window));
-        HWND window = thread->Window;
-        EXPECT_EQ(WindowIdOf(window), kId);
-        SetWindowPos(window, nullptr, 0, 0, 240, 180, SWP_NOMOVE | SWP_NOZORDER);
-        EXPECT_EQ(s_probe.width, ClientRect(window).right);
-        EXPECT_EQ(ClientRect(GetDlgItem(window, 700)).right, s_probe.width);
-        SendMessageA(window, WM_COMMAND, kFontChanged, 0);
-        EXPECT_EQ(s_probe.layouts, 3) << "at the start, at a new size, with a new font";
-        if (fault) {
-            SendMessageA(window, WM_USER + 9, 0, 0);
-            EXPECT_TRUE(PumpUntil([&] { return !console.Commands(kComponentClosed).empty(); }));
-        }
-        StopComponentThread(thread);
-        EXPECT_FALSE(IsWindow(window));
-        EXPECT_EQ(s_probe.destroyed, 1);
-        EXPECT_EQ(s_probe.saved, !fault) << "nothing is saved after a fault";
-    }
-    s_probe = {};
-    s_probe.refuse = 1;
-    EXPECT_FALSE(StartComponentThread(thread, GetModuleHandleA(nullptr), console.window));
-    EXPECT_EQ(FindWindowA(kUIWindowClass, "ProbeUI"), nullptr);
-    Forget();
-}
-
-// Without a pressed button the capture does not reach into another thread's windows.
-TEST(ComponentWindowThread, HoverEndsWhereAnotherThreadsWindowBegins) {
     Recorder console; // 300 to 700
     SetSavedPlacement(kId, 700, 300, 300, 200);
     HWND button = CreateTNVButton("WW", WS_VISIBLE, 340, 50, 60, 40, console.window, 700, nullptr);
@@ -316,6 +209,19 @@ TEST(ComponentWindowThread, HoverEndsWhereAnotherThreadsWindowBegins) {
     EXPECT_TRUE(PumpUntil(hot));
     MovePointer(720, 370);
     EXPECT_TRUE(PumpUntil([&] { return !hot(); }));
+    HWND window = thread->Window;
+    EXPECT_EQ(WindowIdOf(window), kId);
+    SetWindowPos(window, nullptr, 0, 0, 240, 180, SWP_NOMOVE | SWP_NOZORDER);
+    EXPECT_EQ(s_probe.width, ClientRect(window).right);
+    EXPECT_EQ(ClientRect(GetDlgItem(window, 700)).right, s_probe.width);
+    SendMessageA(window, WM_COMMAND, kFontChanged, 0);
+    EXPECT_EQ(s_probe.layouts, 3) << "at the start, at a new size, with a new font";
     StopComponentThread(thread);
+    EXPECT_FALSE(IsWindow(window));
+    EXPECT_TRUE(s_probe.destroyed == 1 && s_probe.saved == 1);
+    s_probe = {};
+    s_probe.refuse = 1;
+    EXPECT_FALSE(StartComponentThread(thread, GetModuleHandleA(nullptr), console.window));
+    EXPECT_EQ(FindWindowA(kUIWindowClass, "ProbeUI"), nullptr);
     Forget();
 }

@@ -69,21 +69,12 @@ bool PumpUntil(const std::function<bool()>& condition, DWORD waitMs) {
     return true;
 }
 
-static void Settle() {
+void MovePointer(int x, int y) {
+    SetCursorPos(x, y);
     for (int i = 0; i < 4; i++) {
         Pump();
         Sleep(10);
     }
-}
-
-void MovePointer(int x, int y) {
-    SetCursorPos(x, y);
-    Settle();
-}
-
-void PressPointer(int down) {
-    mouse_event(down ? MOUSEEVENTF_LEFTDOWN : MOUSEEVENTF_LEFTUP, 0, 0, 0, 0);
-    Settle();
 }
 
 void ParkPointer() {
@@ -119,8 +110,4 @@ int CountPixels(HWND window, RECT area, COLORREF color) {
             count += GetPixel(dc, x, y) == color;
     ReleaseDC(window, dc);
     return count;
-}
-
-bool NeedsPaint(HWND window) {
-    return GetUpdateRect(window, nullptr, FALSE) != 0;
 }

@@ -36,9 +36,8 @@ inline LPARAM At(int x, int y) {
     return MAKELPARAM(x, y);
 }
 
-// The real pointer, in screen pixels; pumps after each step.
+// The real pointer, in screen pixels; pumps afterwards.
 void MovePointer(int x, int y);
-void PressPointer(int down);
 POINT CenterOf(HWND window);
 // Keeps the real pointer away from what a test does by hand.
 void ParkPointer();
@@ -47,4 +46,3 @@ void ParkPointer();
 COLORREF PixelOf(HWND window, int x, int y);
 int CountPixels(HWND window, RECT area, COLORREF color);
 RECT ClientRect(HWND window);
-bool NeedsPaint(HWND window);
