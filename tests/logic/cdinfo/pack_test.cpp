@@ -23,19 +23,14 @@ static Record MakeRecord(uint16_t tracks) {
 }
 
 static Bytes Pack(const CDInfoRecord& record) {
-    auto buffer = std::make_unique<uint8_t[][kMaxPackedEntry]>(1);
+    static uint8_t buffer[kMaxPackedEntry];
     size_t length;
-    if (!PackRecord(record, buffer[0], &length)) return {};
-    return Bytes(buffer[0], buffer[0] + length);
+    return PackRecord(record, buffer, &length) ? Bytes(buffer, buffer + length) : Bytes();
 }
 
 static Record Unpack(const Bytes& bytes) {
     auto record = std::make_unique<CDInfoRecord>();
     return UnpackEntry(bytes, record.get()) ? std::move(record) : nullptr;
-}
-
-static Record Again(const CDInfoRecord& record) {
-    return Unpack(Pack(record));
 }
 
 TEST(Pack, EveryByteHasItsPlace) {
@@ -56,52 +51,27 @@ TEST(Pack, EveryByteHasItsPlace) {
                             2,   1,   0,   0,                     // revision
                             150, 0,   0,   0,   0x75, 0x12, 0, 0, 0x54, 0x24, 0, 0};
     Bytes packed = Pack(*record);
-    ASSERT_GE(packed.size(), 2u);
+    ASSERT_EQ(expected.size(), packed.size());
     EXPECT_EQ(packed.size(), static_cast<size_t>(packed[0] | packed[1] << 8));
     packed[0] = expected[0];
     EXPECT_EQ(expected, packed);
 }
 
-TEST(Unpack, TimingComesFromTheEntryOrFromTheDisc) {
-    const auto stored = MakeRecord(3);
-    const Bytes entry = Pack(*stored);
-    auto read = Unpack(entry);
-    EXPECT_EQ(61, read->trackSeconds[2]);
-    EXPECT_EQ(3, read->totalMinutes);
-    EXPECT_EQ(3, read->totalSeconds);
-    auto disc = MakeRecord(2); // the disc says two tracks
-    disc->trackStarts[1] = 9999;
-    CopyText(disc->trackTitles[2], "untouched");
-    ASSERT_TRUE(UnpackEntry(entry, disc.get()));
-    EXPECT_EQ(2, disc->trackCount);
-    EXPECT_EQ(9999u, disc->trackStarts[1]);
-    EXPECT_EQ(0, disc->totalSeconds);
-    EXPECT_STREQ("untouched", disc->trackTitles[2]);
-}
-
 TEST(Unpack, LyingCounts) {
     auto disc = MakeRecord(3); // the entry's own count decides, also when the disc has one
     EXPECT_FALSE(UnpackEntry(Bytes{0, 0, 0, 101, 0x80}, disc.get()));
-    EXPECT_FALSE(Unpack({9, 0, 200, 'x'}));
     Bytes entry = {0, 0, 0, 0, 0xFF}; // 127 segments
     for (uint8_t i = 0; i < 127; ++i)
         entry.insert(entry.end(), {i, 0, 0, 0, i, 1, 1, 1});
     const auto many = Unpack(entry);
-    ASSERT_TRUE(many);
     EXPECT_EQ(100, many->programCount);
     EXPECT_EQ(99u, many->program[99].start);
-    Bytes longTitle(3 + 255 + 2, 'y'); // no marker here: kept to 63
-    longTitle[2] = 255;
-    longTitle[3 + 255] = 1;
-    EXPECT_EQ(std::string(63, 'y'), Unpack(longTitle)->title);
 }
 
 // Cut off at every byte: what stands before the cut is read as it was.
 TEST(Unpack, CutOffAnywhere) {
     auto record = MakeRecord(4);
     CopyText(record->title, "Title");
-    for (auto& title : record->trackTitles)
-        CopyText(title, "Song");
     const Bytes entry = Pack(*record);
     for (size_t length = 0; length < entry.size(); ++length) {
         const auto read = Unpack(Bytes(entry.begin(), entry.begin() + static_cast<long>(length)));
@@ -109,8 +79,6 @@ TEST(Unpack, CutOffAnywhere) {
         if (!read) continue;
         EXPECT_STREQ("Title", read->title);
         EXPECT_EQ(0u, read->trackStarts[0]); // half a table would give wrong times
-        for (int i = 0; i < 4; ++i)
-            EXPECT_TRUE(!read->trackTitles[i][0] || SameText(read->trackTitles[i], "Song"));
     }
 }
 
@@ -119,38 +87,23 @@ TEST(Pack, TextsThatChangeOnTheWay) {
         const char *artist, *artistRead, *title, *titleRead;
     } tracks[] = {{"Nina", "Nina", "track 1", "Track 1"},
                   {"NINA", "Nina", "track 1", "track 1"},
-                  {"ARTIST", "Artist", "TRACK 3", "Track 3"},
-                  {" Ed ", "Ed", "track 3", "track 3"},
+                  {" Ed ", "Ed", "TRACK 3", "Track 3"},
                   {"", "", "  ", ""}};
-    auto record = MakeRecord(5);
-    for (int i = 0; i < 5; ++i) {
+    auto record = MakeRecord(4);
+    std::memset(record->trackComments[0], 'b', 255); // too long; what follows is not lost with it
+    std::memset(record->trackComments[1], 'b', 254);
+    for (int i = 0; i < 4; ++i) {
         CopyText(record->trackArtists[i], tracks[i].artist);
         CopyText(record->trackTitles[i], tracks[i].title);
     }
-    CopyText(record->title, "  A title  ");
-    const auto read = Again(*record);
+    const auto read = Unpack(Pack(*record));
     ASSERT_TRUE(read);
-    EXPECT_STREQ("A title", read->title);
     EXPECT_STREQ("Various", read->discArtist);
-    for (int i = 0; i < 5; ++i) {
+    EXPECT_STREQ("", read->trackComments[0]);
+    EXPECT_EQ(std::string(254, 'b'), read->trackComments[1]);
+    for (int i = 0; i < 4; ++i) {
         EXPECT_STREQ(tracks[i].artistRead, read->trackArtists[i]);
         EXPECT_STREQ(tracks[i].titleRead, read->trackTitles[i]);
-    }
-}
-
-TEST(Pack, CommentsOfEveryLength) {
-    for (const size_t length : {0, 1, 254, 255}) {
-        auto record = MakeRecord(2);
-        std::memset(record->comment, 'a', length);
-        std::memset(record->trackComments[0], 'b', length);
-        CopyText(record->trackComments[1], "last");
-        const auto read = Again(*record);
-        ASSERT_TRUE(read);
-        EXPECT_EQ(length == 255 ? "" : std::string(length, 'a'), read->comment);
-        EXPECT_EQ(length == 255 ? "" : std::string(length, 'b'), read->trackComments[0]);
-        // What follows a comment that is too long is not lost with it.
-        EXPECT_STREQ("last", read->trackComments[1]);
-        EXPECT_EQ(record->trackStarts[2], read->trackStarts[2]);
     }
 }
 
@@ -158,25 +111,14 @@ TEST(Unpack, EarlierLayoutsAndLevels) {
     const Bytes entry = {0, 0, 2, 'h', 'i', 2, 3, 0, 1, 200, 255, 254, 1, 'T', 255};
     auto record = std::make_unique<CDInfoRecord>();
     record->trackSeconds[1] = 125;
-    CopyText(record->comment, "goes");
     ASSERT_TRUE(UnpackEntry(entry, record.get()));
     EXPECT_EQ(3, record->programCount);
-    EXPECT_EQ(MakeTmsf(2, 0, 0, 1), record->program[1].start);
     EXPECT_EQ(MakeTmsf(2, 2, 5, 0), record->program[1].stop);
-    EXPECT_STREQ("Artist", record->trackArtists[1]);
     EXPECT_STREQ("T", record->trackTitles[0]);
-    EXPECT_STREQ("", record->comment);
-    const auto none = Unpack({0, 0, 0, 1, 0, 255, 255});
-    ASSERT_TRUE(none);
-    EXPECT_EQ(1, none->programCount);
-    EXPECT_EQ(MakeTmsf(1, 0, 0, 1), none->program[0].start);
-    EXPECT_EQ(MakeTmsf(2, 0, 0, 0), none->program[0].stop);
     for (const uint8_t level : {0, 1, 2, 9}) {
         const auto read = Unpack({0, 0, 0, 1,   0x80, 255, 255, level, 1,    'c', 255, 7,
                                   0, 0, 0, 150, 0,    0,   0,   0x75,  0x12, 0,   0});
-        ASSERT_TRUE(read);
         EXPECT_STREQ(level >= 1 ? "c" : "", read->comment);
-        EXPECT_EQ(level >= 2 ? 7 : 0, read->revision);
         EXPECT_EQ(level >= 2 ? 61 : 0, read->trackSeconds[0]);
     }
 }

@@ -51,12 +51,15 @@ inline int Fails(int* isHit) {
     return 1;
 }
 
-// A call that works or fails and leaves nothing half done.
-template <auto Call, class... Arguments>
+// A call that works or fails; the disk may stop behind one that `kMayBeDone` in every other
+// variant.
+template <auto Call, int kMayBeDone = 0, class... Arguments>
 void FailOrCall(FileLayer& disk, FileResult (*FileLayer::*)(Arguments...)) {
     disk.*Call = [](Arguments... arguments) {
         int hit;
-        return Fails(&hit) ? kFileFailed : (SystemFiles().*Call)(arguments...);
+        if (!Fails(&hit)) return (SystemFiles().*Call)(arguments...);
+        if (kMayBeDone && hit && s_disk.plan->variant % 2) (SystemFiles().*Call)(arguments...);
+        return kFileFailed;
     };
 }
 
@@ -66,6 +69,8 @@ inline FileLayer CrashingDisk() {
     FailOrCall<&FileLayer::size>(disk, &FileLayer::size);
     FailOrCall<&FileLayer::lock>(disk, &FileLayer::lock);
     FailOrCall<&FileLayer::hold>(disk, &FileLayer::hold);
+    FailOrCall<&FileLayer::move, 1>(disk, &FileLayer::move);
+    FailOrCall<&FileLayer::remove, 1>(disk, &FileLayer::remove);
     disk.write = [](const wchar_t* path, std::span<const uint8_t> bytes) {
         int hit;
         if (!Fails(&hit)) {
@@ -93,21 +98,6 @@ inline FileLayer CrashingDisk() {
         // Refused, stopped half-way, or done without the caller hearing of it.
         if (s_disk.plan->variant % 3 == 1) SystemFiles().move(path, backup);
         if (s_disk.plan->variant % 3 == 2) SystemFiles().replace(path, fresh, backup);
-        return kFileFailed;
-    };
-    disk.move = [](const wchar_t* from, const wchar_t* to) {
-        int hit;
-        if (!Fails(&hit)) {
-            if (s_disk.dirty == from) s_disk.dirty = to;
-            return SystemFiles().move(from, to);
-        }
-        if (hit && s_disk.plan->variant % 2) SystemFiles().move(from, to);
-        return kFileFailed;
-    };
-    disk.remove = [](const wchar_t* path) {
-        int hit;
-        if (!Fails(&hit)) return SystemFiles().remove(path);
-        if (hit && s_disk.plan->variant % 2) SystemFiles().remove(path);
         return kFileFailed;
     };
     return disk;
@@ -139,17 +129,13 @@ inline World ReadWorld(const std::wstring& path) {
 inline std::unique_ptr<CDInfoRecord> MakeTypedRecord(uint32_t identity, uint32_t seed) {
     auto record = MakeRecord(identity, "", static_cast<uint16_t>(3 + identity % 14));
     FormatText(record->title, kTextSize, "Title %u of disc %08X", seed, identity);
-    for (int i = 0; i < record->trackCount; ++i) {
+    for (int i = 0; i < record->trackCount; ++i)
         FormatText(record->trackTitles[i], kTextSize, "Song %d, take %u", i + 1, seed);
-        FormatText(record->trackArtists[i], kTextSize, "Band %u", (identity + i) % 5);
-        FormatText(record->trackComments[i], kCommentSize, "Heard %u times", seed + i);
-    }
     return record;
 }
 
 // ---- changes, and what may be found after each was hit
 
-constexpr uint32_t kBaseDiscs = 14;
 constexpr uint32_t kFollowUp = 0x5EED5EED;
 
 enum Change { kFirstCreation, kAddDisc, kReplaceDisc, kDeleteDisc, kAllChanges };
@@ -158,7 +144,7 @@ inline void MakeBase(const std::wstring& path, Change change) {
     Forget(path);
     if (change == kFirstCreation) return;
     StoreBatch* batch = BeginStoreBatch(path.c_str());
-    for (uint32_t n = 1; n <= kBaseDiscs; ++n)
+    for (uint32_t n = 1; n <= 14; ++n)
         BatchAdd(batch, *MakeTypedRecord(n * 0x01234567u, n));
     CommitStoreBatch(batch);
 }
@@ -200,11 +186,9 @@ inline int PlatformOpens(const std::wstring& path, const World& world) {
         wsprintfW(name, L"%08X", static_cast<unsigned>(identity));
         IStream* stream = nullptr;
         Bytes read(bytes.size());
-        ULONG got = 0;
-        good &= SUCCEEDED(root->OpenStream(name, nullptr, STGM_READ | STGM_SHARE_EXCLUSIVE, 0,
-                                           &stream)) &&
-                SUCCEEDED(stream->Read(read.data(), static_cast<ULONG>(read.size()), &got)) &&
-                read == bytes;
+        root->OpenStream(name, nullptr, STGM_READ | STGM_SHARE_EXCLUSIVE, 0, &stream);
+        if (stream) stream->Read(read.data(), static_cast<ULONG>(read.size()), nullptr);
+        good &= stream && read == bytes;
         if (stream) stream->Release();
     }
     root->Release();
@@ -228,9 +212,7 @@ inline CrashEnd RunPlan(const Scene& scene, CrashPlan& plan) {
     const CrashEnd end = world == scene.after ? kEndNew : world == scene.before ? kEndOld : kEndBad;
     if (end == kEndBad || (result && end == kEndOld)) return kEndBad;
     if (!result && end == kEndNew && !plan.dies) return kEndBad; // "not stored", and yet it is
-    if (!PlatformOpens(scene.path, world)) return kEndBad;
-    const auto follow = MakeTypedRecord(kFollowUp, 1);
-    if (!AddOrReplace(scene.path.c_str(), *follow, 0, nullptr)) return kEndBad;
+    if (!PlatformOpens(scene.path, world) || !Add(scene.path, kFollowUp, "Next")) return kEndBad;
     World next = ReadWorld(scene.path);
     if (next.entries.erase(kFollowUp) != 1 || next.entries != world.entries) return kEndBad;
     if (FileExists(scene.path + kNewSuffix) || FileExists(scene.path + kOldSuffix)) return kEndBad;

@@ -3,8 +3,6 @@
 #include "core/platform.h"
 
 #include <cstring>
-#include <fstream>
-#include <iterator>
 #include <memory>
 #include <string>
 #include <vector>
@@ -49,7 +47,7 @@ inline void Forget(const std::wstring& path) {
         DeleteFileW((path + suffix).c_str());
 }
 
-inline std::unique_ptr<CDInfoRecord> MakeRecord(uint32_t identity, const char* title,
+inline std::unique_ptr<CDInfoRecord> MakeRecord(uint32_t identity, const char* title = "",
                                                 uint16_t tracks = 3) {
     auto record = std::make_unique<CDInfoRecord>();
     record->trackCount = tracks;
@@ -61,11 +59,6 @@ inline std::unique_ptr<CDInfoRecord> MakeRecord(uint32_t identity, const char* t
     DeriveTrackSeconds(record.get());
     DeriveTotalTime(record.get());
     return record;
-}
-
-// A disc as the engine hands it to the look-up: timing, no texts.
-inline std::unique_ptr<CDInfoRecord> MakeDisc(uint32_t identity, uint16_t tracks = 3) {
-    return MakeRecord(identity, "", tracks);
 }
 
 // The title stored under an entry, or "-".
