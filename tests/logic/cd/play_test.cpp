@@ -43,26 +43,6 @@ static std::vector<Tmsf> Order(const CDEngineState& state) {
     return from;
 }
 
-TEST(PlayList, OneEntryForTheWholeDiscUnlessShuffledOrProgrammed) {
-    CDEngineState state;
-    state.record = DiscOf({100, 200, 75});
-    CDEngineSettings settings = {};
-    BuildPlayList(&state, settings, Draws({0}));
-    ASSERT_EQ(state.listCount, 1);
-    EXPECT_EQ(state.list[0].from, At(1, 0));
-    EXPECT_EQ(state.list[0].to, At(3, 75));
-    EXPECT_TRUE(s_seeds.empty());
-
-    settings.Programmed = 1;
-    state.record.program[0] = {MakeTmsf(3, 0, 0, 1), At(3, 75)};
-    state.record.program[1] = {At(2, 10), MakeTmsf(2, 1, 0, 5)};
-    state.record.programCount = 2;
-    BuildPlayList(&state, settings, Draws({0}));
-    ASSERT_EQ(state.listCount, 2);
-    EXPECT_EQ(state.list[0].from, At(3, 0)) << "the mark of a whole track is no time";
-    EXPECT_EQ(state.list[1].to, MakeTmsf(2, 1, 0, 5)) << "stops are taken as they are";
-}
-
 TEST(PlayList, ShuffleExchangesADrawnPairAHundredTimes) {
     CDEngineState state;
     state.record = DiscOf({10, 20, 30, 40});
@@ -275,33 +255,5 @@ TEST(EndOfPlay, EveryWayItCanGo) {
         EXPECT_EQ(state.playing, c.playingAfter);
         EXPECT_EQ(state.listIndex, c.indexAfter);
         EXPECT_EQ(state.currentTrack, c.trackAfter);
-    }
-}
-
-TEST(DiscTimes, SumsOfTheDiscAndOfTheProgram) {
-    CDEngineState state;
-    state.record = DiscOf({100, 200, 30});
-    state.list[0] = {At(2, 50), At(2, 130)};
-    state.list[1] = {At(1, 10), At(2, 20)}; // spans tracks: counts 0
-    state.list[2] = {At(3, 5), At(3, 25)};
-    state.listCount = 3;
-    const struct {
-        uint32_t programmed;
-        uint16_t index, track, seconds, elapsed, total;
-    } cases[] = {
-        {0, 0, 2, 61, 161, 330}, // by track number, also in random play
-        {0, 0, 0, 61, 0, 330},
-        {1, 2, 3, 12, 80 + 0 + 7, 100},
-        {1, UINT16_MAX, 255, 0, 100, 100}, // stays within the list
-    };
-    for (const auto& c : cases) {
-        CDEngineSettings settings = {};
-        settings.Programmed = c.programmed;
-        state.listIndex = c.index;
-        state.currentTrack = c.track;
-        state.elapsedSeconds = c.seconds;
-        const DiscTime time = ComputeDiscTime(state, settings);
-        EXPECT_EQ(time.elapsed, c.elapsed) << c.track;
-        EXPECT_EQ(time.total, c.total) << c.track;
     }
 }

@@ -1,22 +1,12 @@
-// What the CD player window shows: texts, page rule, tooltips, segment repeater, pie.
+// What the CD player window shows: the playing track's place in the record, and the pie.
 #include "cd/player_text.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <memory>
 #include <vector>
 
 #include "cd/player_pie.h"
-#include "core/text.h"
-
-static std::unique_ptr<CDInfoRecord> Disc(uint16_t tracks) {
-    auto record = std::make_unique<CDInfoRecord>();
-    record->trackCount = tracks;
-    ApplyDefaults(record.get());
-    CopyText(record->title, "Rivers");
-    return record;
-}
 
 TEST(PlayerText, AnyTrackNumberGivesAnIndexOfTheRecord) {
     const struct {
@@ -28,71 +18,6 @@ TEST(PlayerText, AnyTrackNumberGivesAnIndexOfTheRecord) {
     for (const auto& row : rows)
         EXPECT_EQ(PlayingIndex(row.current, row.count), row.index)
             << row.current << " of " << row.count;
-}
-
-TEST(PlayerText, TitlesWhilePlayingAndAtRest) {
-    const auto record = Disc(3);
-    CopyText(record->trackArtists[1], "Anna");
-    CopyText(record->trackTitles[1], "Bridge");
-    PlayerTitles shown = TitlesShown(*record, 1, 2);
-    EXPECT_STREQ(shown.disc, "Rivers");
-    EXPECT_STREQ(shown.artist, "Anna");
-    EXPECT_STREQ(shown.track, "Bridge");
-    shown = TitlesShown(*record, 0, 2);
-    EXPECT_STREQ(shown.artist, "Various");
-    EXPECT_STREQ(shown.track, "");
-    CopyText(record->trackArtists[1], "Artist");
-    EXPECT_STREQ(TitlesShown(*record, 0, 0).artist, "Artist");
-}
-
-TEST(PlayerText, NeighboursGoRoundTheDisc) {
-    const auto record = Disc(3);
-    EXPECT_STREQ(ForwardTip(*record, 1, 1), "Track 2");
-    EXPECT_STREQ(ForwardTip(*record, 1, 3), "Track 1");
-    EXPECT_STREQ(BackTip(*record, 1, 1), "Track 3");
-    EXPECT_STREQ(BackTip(*record, 1, 3), "Track 2");
-    EXPECT_EQ(BackTip(*record, 0, 3), nullptr);
-    EXPECT_NE(BackTip(*Disc(0), 1, 0), nullptr);
-    EXPECT_NE(ForwardTip(*Disc(100), 1, 65535), nullptr);
-}
-
-TEST(PlayerText, MenuTextDoublesItsMarksWithinTheBuffer) {
-    char text[8];
-    MenuText(text, sizeof text, "A & \tB");
-    EXPECT_STREQ(text, "A &&  B");
-    MenuText(text, sizeof text, "123456&");
-    EXPECT_STREQ(text, "123456") << "half a mark would underline the next letter";
-}
-
-TEST(PlayerText, PagesOfTrackButtons) {
-    const struct {
-        uint16_t offset, count, kept; // the page that a refresh keeps
-        int last, next;               // there: button 20 is enabled, "Next Tracks" is enabled
-    } rows[] = {{0, 12, 0, 0, 0},    {0, 20, 0, 1, 0},      {0, 21, 0, 1, 1},
-                {15, 30, 0, 1, 1},   {15, 31, 15, 0, 0},    {10, 30, 10, 1, 0},
-                {80, 100, 80, 1, 0}, {65535, 100, 0, 1, 1}, {5, 0, 0, 0, 0}};
-    for (const auto& row : rows) {
-        EXPECT_EQ(KeptPage(row.offset, row.count), row.kept) << row.offset << " " << row.count;
-        EXPECT_EQ(TrackButtonEnabled(20, row.kept, row.count), row.last) << row.count;
-        EXPECT_EQ(NextPageEnabled(row.kept, row.count), row.next) << row.count;
-    }
-    EXPECT_EQ(ButtonOfTrack(25, 5), 20);
-    EXPECT_EQ(ButtonOfTrack(26, 5), 0);
-    EXPECT_EQ(ButtonOfTrack(5, 5), 0);
-    EXPECT_EQ(ButtonOfTrack(0, 0), 0);
-}
-
-TEST(PlayerText, OnlyAStretchOfOneTrackIsASegment) {
-    ProgramSegment segment;
-    const Tmsf start = SegmentPoint(4, 125);
-    EXPECT_EQ(start, MakeTmsf(4, 2, 5, 0));
-    ASSERT_TRUE(RecordedSegment(start, SegmentPoint(4, 130), &segment));
-    EXPECT_EQ(segment.start, start);
-    EXPECT_EQ(segment.stop, MakeTmsf(4, 2, 10, 0));
-    EXPECT_FALSE(RecordedSegment(start, SegmentPoint(5, 130), &segment));
-    EXPECT_FALSE(RecordedSegment(start, start, &segment));
-    EXPECT_FALSE(RecordedSegment(start, SegmentPoint(4, 59), &segment));
-    EXPECT_FALSE(RecordedSegment(kNoSegmentStart, kNoSegmentStart, &segment));
 }
 
 // The share of lit pixels follows the degrees, and they start right of the top.

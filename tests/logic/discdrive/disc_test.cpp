@@ -83,14 +83,6 @@ static Disc FolderDisc(size_t tracks, uint64_t frames) {
     return d;
 }
 
-TEST(Disc, IdentityIsTheClassicSum) {
-    // Starts 00:02:00, 00:06:00, 00:10:00 ..., each 4 s.
-    EXPECT_EQ(DiscIdentity(FolderDisc(2, 300)), 0x200u + 0x600 + 600);
-    EXPECT_EQ(DiscIdentity(FolderDisc(3, 300)), 0x200u + 0x600 + 0xA00);
-    // Starts 00:02:00 and 01:03:01.
-    EXPECT_EQ(DiscIdentity(FolderDisc(2, 61 * 75 + 1)), 0x200u + 0x10301 + 2 * (61 * 75 + 1));
-}
-
 TEST(Disc, PositionsAreToldAndReadInEachFormat) {
     const Disc d = FolderDisc(101, 4577); // 01:01:02 each
     EXPECT_EQ(TellPosition(d, kTimeTmsf, 150 + 4577 + 76), MakeTmsf(2, 0, 1, 1));
@@ -110,16 +102,4 @@ TEST(Disc, PositionsAreToldAndReadInEachFormat) {
     EXPECT_FALSE(ReadPosition(d, kTimeMsf, MakeMsf(0, 1, 74), &frame)) << "the lead-in";
     EXPECT_FALSE(ReadPosition(d, kTimeMs, UINT32_MAX, &frame));
     EXPECT_FALSE(ReadPosition(Disc{}, kTimeMsf, MakeMsf(0, 2, 0), &frame));
-}
-
-TEST(Disc, PlayingStepsOverData) {
-    Disc d;
-    ASSERT_TRUE(Build("FILE a.bin BINARY\nTRACK 01 AUDIO\nINDEX 01 00:00:00\n"
-                      "TRACK 02 MODE1/2352\nINDEX 01 00:00:10\nTRACK 03 AUDIO\nINDEX 01 00:00:30\n",
-                      {{0, 40 * kSector}}, &d));
-    EXPECT_EQ(FrameAfter(d, 155, 190, 4), 159u);
-    EXPECT_EQ(FrameAfter(d, 155, 190, 5), 180u) << "right behind the data";
-    EXPECT_EQ(FrameAfter(d, 155, 185, 9), 184u);
-    EXPECT_EQ(FrameAfter(d, 155, 185, 99), 185u);
-    EXPECT_EQ(NextStretch(d, 160, 180).count, 0u) << "data alone";
 }

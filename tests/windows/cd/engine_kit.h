@@ -1,5 +1,5 @@
 // What the engine's tests share: the engine in a process of its own making, with the console's
-// part played by a window of the test, and with a database of its own.
+// part played by a window of the test, and without a database.
 #pragma once
 #include "cd/engine_win.h"
 #include "cdinfo/store_parts_win.h"
@@ -11,40 +11,19 @@
 
 constexpr const char* kCdKey = "Software\\Tonvista\\CDEngine";
 
-// Files of the database lie in the temporary folder instead of beside the executable, where the
-// database's own tests, run at the same time, have theirs.
-inline std::wstring Elsewhere(const wchar_t* path) {
-    wchar_t folder[MAX_PATH];
-    GetTempPathW(MAX_PATH, folder);
-    return folder + std::wstring(wcsrchr(path, L'\\') + 1);
-}
-template <auto Call, class... Rest> FileResult CallElsewhere(const wchar_t* path, Rest... rest) {
-    return (SystemFiles().*Call)(Elsewhere(path).c_str(), rest...);
-}
-inline const FileLayer& FilesElsewhere() {
+// No database: it is absent and can't be made. The engine then shows defaults.
+inline const FileLayer& NoFiles() {
     static const FileLayer s_files = [] {
         FileLayer files = SystemFiles();
-        files.read = CallElsewhere<&FileLayer::read>;
-        files.write = CallElsewhere<&FileLayer::write>;
-        files.flush = CallElsewhere<&FileLayer::flush>;
-        files.size = CallElsewhere<&FileLayer::size>;
-        files.remove = CallElsewhere<&FileLayer::remove>;
-        files.replace = [](const wchar_t* path, const wchar_t* by, const wchar_t* backup) {
-            return SystemFiles().replace(Elsewhere(path).c_str(), Elsewhere(by).c_str(),
-                                         Elsewhere(backup).c_str());
-        };
-        files.move = [](const wchar_t* from, const wchar_t* to) {
-            return SystemFiles().move(Elsewhere(from).c_str(), Elsewhere(to).c_str());
-        };
-        files.hold = [](void* lock, const wchar_t* path) {
-            return SystemFiles().hold(lock, Elsewhere(path).c_str());
-        };
+        files.read = [](const wchar_t*, std::vector<uint8_t>*) { return kFileMissing; };
+        files.size = [](const wchar_t*, uint64_t*) { return kFileMissing; };
+        files.lock = [](const wchar_t*, void**) { return kFileBusy; };
         return files;
     }();
     return s_files;
 }
 
-// A window of the test that counts what it is posted: changes of the engine, requests to close.
+// A window of the test that counts requests to close.
 struct Recorder {
     Recorder() {
         window = CreateWindowExA(0, "STATIC", "", WS_OVERLAPPEDWINDOW, 0, 0, 1, 1, nullptr, nullptr,
@@ -54,19 +33,17 @@ struct Recorder {
     void Pump() {
         MSG message;
         while (PeekMessageA(&message, window, 0, 0, PM_REMOVE)) {
-            changes += message.message == WM_COMMAND && message.wParam == kNotifyCdEngine &&
-                       message.lParam == 0;
             closes += message.message == WM_CLOSE;
         }
     }
     HWND window;
-    int changes = 0, closes = 0;
+    int closes = 0;
 };
 
 class Engine : public testing::Test {
 protected:
     void SetUp() override {
-        SetStoreFiles(&FilesElsewhere());
+        SetStoreFiles(&NoFiles());
         DeleteRegTree(kUserRoot, kCdKey);
         SetCdNumber("Drive", 'D');
         SetCdNumber("IntroLength", 10);
@@ -78,7 +55,6 @@ protected:
         Stop();
         CloseSharedBlock(SharedBlock);
         SharedBlock = nullptr;
-        s_fake.active = 0;
     }
     static void SetCdNumber(const char* name, uint32_t value) {
         WriteRegDword(kUserRoot, kCdKey, name, kRegDword, value);
@@ -89,7 +65,6 @@ protected:
         s_fake.position = 0;
         s_fake.opens = s_fake.plays = 0;
         s_fake.calls = NthCall{};
-        s_fake.active = 1;
     }
     bool Start() {
         if (!StartComponentThread(CdEngineThread(), GetModuleHandleA(nullptr), m_recorder.window))

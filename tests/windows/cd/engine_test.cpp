@@ -7,7 +7,6 @@
 #include <cstring>
 
 static const FakeDisc s_short = {{40, 50, 60}, "1000001"};
-static const FakeDisc s_other = {{30, 30}, "1000002"};
 
 static Tmsf At(uint32_t track, uint32_t seconds) {
     return MakeTmsf(track, seconds / 60, seconds % 60, 0);
@@ -58,31 +57,6 @@ TEST_F(Engine, NoticesOfOneEndStepOnceAndGiveWayToWhatWasAskedMeanwhile) {
         EXPECT_EQ(s_fake.plays, asked == kCdStop ? 1 : 2) << asked;
         Stop();
     }
-}
-
-TEST_F(Engine, DiscTakenOutEndsPlayThatWouldGoOn) {
-    SetCdNumber("Random", 1);
-    SetCdNumber("Repeat", 1);
-    UseFake({{40, 0, 60}, "1000003"}); // no second of track 2: its lock asks again at each poll
-    ASSERT_TRUE(Start());
-    for (uint32_t flags : {kPlayRandom | kPlayRepeat, 0 | kPlayTrackLock}) {
-        s_fake.mode = kModeStop;
-        Poll();
-        SetCdPlayFlags(flags);
-        Drain();
-        Do(kCdPlay, flags & kPlayTrackLock ? 2 : 0);
-        EXPECT_TRUE(CdIsBusy());
-        s_fake.mode = kModeOpen;
-        for (int i = 0; i < 3; ++i)
-            Poll();
-        EXPECT_FALSE(CdIsBusy()) << flags;
-        EXPECT_STREQ(Now().title, "Drive Door is Open");
-    }
-    s_fake.Insert(s_other);
-    s_fake.mode = kModeStop;
-    Poll();
-    EXPECT_EQ(Now().trackCount, 2) << "read through a new open: the fake tells what it opened with";
-    EXPECT_EQ(s_fake.plays, 2);
 }
 
 // A drive that stalls keeps nobody waiting but the engine; at the stop its thread is killed and
@@ -213,55 +187,45 @@ TEST_F(Engine, RequestsOfOtherProcesses) {
     EXPECT_EQ(SharedBlock->CommandFlags, kCommandNoUi) << "other bits stay";
 }
 
-// ---- titles and a database that is in use
+// ---- settings
 
-struct BusyDatabase {
-    BusyDatabase()
-        : file(CreateFileW(Elsewhere(DefaultDatabasePath().c_str()).c_str(), GENERIC_READ, 0,
-                           nullptr, OPEN_EXISTING, 0, nullptr)) {}
-    ~BusyDatabase() { CloseHandle(file); }
-    HANDLE file;
-};
-
-static std::string StoredTitle(uint32_t identity) {
-    CDInfoRecord record;
-    return ReadEntry(nullptr, identity, &record) ? record.title : "";
+static uint32_t Stored(const char* name) {
+    return ReadRegDword(kUserRoot, kCdKey, name);
 }
 
-TEST_F(Engine, NeitherTypedNorStoredTitlesAreLostToABusyDatabase) {
-    UseFake(s_short);
-    ASSERT_TRUE(Start());
-    CDInfoRecord record = Record();
-    std::strcpy(record.title, "Before");
-    ASSERT_TRUE(SetCdRecord(record));
-    Drain();
-    ASSERT_EQ(StoredTitle(1000001), "Before");
-    {
-        const BusyDatabase busy;
-        ASSERT_NE(busy.file, INVALID_HANDLE_VALUE);
-        std::strcpy(record.title, "Typed");
-        EXPECT_TRUE(SetCdRecord(record));
-        Drain();
-        EXPECT_STREQ(Now().title, "Typed");
-        for (const FakeDisc* disc : {&s_other, &s_short, &s_other}) {
-            s_fake.Insert(*disc);
-            SendMessageA(EngineWindow(), WM_DEVICECHANGE, 0x8000, 0);
-            Drain();
-            EXPECT_EQ(Now().trackCount, disc->seconds.size());
-            // Not yet stored, but not forgotten either.
-            EXPECT_EQ(strcmp(Now().title, "Typed") == 0, disc == &s_short);
-        }
+static const char* const kPlayer = "AudioCD\\shell\\play\\command";
+
+static std::string Player() {
+    char text[300] = "";
+    ReadRegString(kClassesRoot, kPlayer, "", text, sizeof text);
+    return text;
+}
+
+TEST_F(Engine, DefaultsNeverReplaceAChoiceAndOtherPlayersAreLeftAlone) {
+    DeleteRegTree(kUserRoot, kCdKey);
+    SetCdNumber("IntroLength", 17);
+    ASSERT_TRUE(SeedCdDefaults(nullptr, 1));
+    EXPECT_EQ(Stored("IntroLength"), 17u);
+    EXPECT_EQ(Stored("AutoRun"), 1u);
+    EXPECT_EQ(Stored("UseAsDefault"), 1u);
+    EXPECT_EQ(Stored("Drive"), static_cast<uint32_t>(ChooseCdDrive('C')));
+    EXPECT_NE(Player().find(".exe /play %1"), std::string::npos) << Player();
+    const std::string ours = Player();
+    const struct {
+        std::string before, after;
+    } cases[] = {{"C:\\other.exe %1", "C:\\other.exe %1"},
+                 {"C:\\Old\\TonVue.exe /play %1", "CDPlayer /play %1"},
+                 {ours, "CDPlayer /play %1"}};
+    for (const auto& c : cases) {
+        WriteRegString(kClassesRoot, kPlayer, "", c.before.c_str());
+        SeedCdDefaults(nullptr, 0);
+        EXPECT_EQ(Player(), c.after) << c.before;
     }
-    Poll();
-    EXPECT_EQ(StoredTitle(1000001), "Typed");
-    Stop();
-    s_fake.Insert(s_short);
-    {
-        const BusyDatabase busy;
-        ASSERT_TRUE(Start());
-        EXPECT_STREQ(Now().title, "Unknown CD Title");
-    }
-    Poll();
-    EXPECT_STREQ(Now().title, "Typed") << "looked up again when the file was free";
-    EXPECT_EQ(StoredTitle(1000001), "Typed");
+    EXPECT_EQ(Stored("UseAsDefault"), 0u);
+    // Values of a wrong type read as missing.
+    WriteRegString(kUserRoot, kCdKey, "Repeat", "yes");
+    CDEngineSettings settings;
+    LoadCdSettings(&settings);
+    EXPECT_EQ(settings.Repeat, 0u);
+    EXPECT_EQ(settings.IntroLength, 17u);
 }

@@ -1,4 +1,4 @@
-// See fake_device.h. FAKE gives the way to the real function and the delay and fault of every call.
+// See fake_device.h. FAKE is the delay and fault of every call.
 #include "fake_device.h"
 
 #include "core/platform.h"
@@ -11,11 +11,6 @@
 FakeDrive s_fake;
 
 constexpr uint32_t kFakeDevice = 77;
-
-// The product's own device beside the fake, so that one program tests with both.
-namespace real {
-#include "cd/disc_device_win.cpp"
-}
 
 void FakeDrive::Insert(const FakeDisc& another) {
     const std::lock_guard guard(lock);
@@ -38,9 +33,8 @@ static int Enter(const char* call) {
     return 0;
 }
 
-#define FAKE(failure, name, ...)                        \
-    if (!s_fake.active) return real::name(__VA_ARGS__); \
-    if (!Enter(#name)) return failure;                  \
+#define FAKE(failure, name)            \
+    if (!Enter(#name)) return failure; \
     const std::lock_guard guard(s_fake.lock)
 
 static int Knows(uint32_t track) {
@@ -51,65 +45,64 @@ uint32_t MeasurePollPeriod() {
     FAKE(0, MeasurePollPeriod);
     return kPollMinMs;
 }
-int OpenDisc(char letter, uint32_t* device) {
+int OpenDisc(char, uint32_t* device) {
     *device = 0;
-    FAKE(0, OpenDisc, letter, device);
+    FAKE(0, OpenDisc);
     *device = kFakeDevice;
     s_fake.told = s_fake.disc;
     s_fake.openedBy = GetCurrentThreadId();
     ++s_fake.opens;
     return 1;
 }
-void CloseDisc(uint32_t device, int wait) {
-    FAKE(void(), CloseDisc, device, wait);
+void CloseDisc(uint32_t device, int) {
+    FAKE(void(), CloseDisc);
     if (device != kFakeDevice) return;
     s_fake.closedBy = GetCurrentThreadId();
     --s_fake.opens;
 }
-int SetDiscTimes(uint32_t device, DiscTimes times) {
-    FAKE(0, SetDiscTimes, device, times);
+int SetDiscTimes(uint32_t, DiscTimes) {
+    FAKE(0, SetDiscTimes);
     return 1;
 }
 uint32_t DiscMode(uint32_t device) {
-    if (s_fake.active && s_fake.crash.exchange(0))
-        RaiseException(EXCEPTION_ACCESS_VIOLATION, 0, 0, nullptr);
-    FAKE(0, DiscMode, device);
+    if (s_fake.crash.exchange(0)) RaiseException(EXCEPTION_ACCESS_VIOLATION, 0, 0, nullptr);
+    FAKE(0, DiscMode);
     return device ? s_fake.mode.load() : 0;
 }
-uint32_t DiscTrackCount(uint32_t device) {
-    FAKE(0, DiscTrackCount, device);
+uint32_t DiscTrackCount(uint32_t) {
+    FAKE(0, DiscTrackCount);
     return s_fake.mode == kModeOpen ? 0 : static_cast<uint32_t>(s_fake.told.seconds.size());
 }
-Tmsf DiscPosition(uint32_t device) {
-    FAKE(0, DiscPosition, device);
+Tmsf DiscPosition(uint32_t) {
+    FAKE(0, DiscPosition);
     return s_fake.position;
 }
-Msf DiscTrackLength(uint32_t device, uint32_t track) {
-    FAKE(0, DiscTrackLength, device, track);
+Msf DiscTrackLength(uint32_t, uint32_t track) {
+    FAKE(0, DiscTrackLength);
     return Knows(track) ? FramesToMsf(s_fake.told.seconds[track - 1] * kFramesPerSecond + 37) : 0;
 }
-Msf DiscTrackStart(uint32_t device, uint32_t track) {
-    FAKE(0, DiscTrackStart, device, track);
+Msf DiscTrackStart(uint32_t, uint32_t track) {
+    FAKE(0, DiscTrackStart);
     uint32_t at = kLeadInFrames;
     for (uint32_t i = 1; i < track && Knows(track); ++i)
         at += s_fake.told.seconds[i - 1] * kFramesPerSecond + 37;
     return Knows(track) ? FramesToMsf(at) : 0;
 }
-uint32_t DiscTracksAgain(uint32_t device) {
-    FAKE(0, DiscTracksAgain, device);
+uint32_t DiscTracksAgain(uint32_t) {
+    FAKE(0, DiscTracksAgain);
     return s_fake.mode == kModeOpen ? 0 : static_cast<uint32_t>(s_fake.told.seconds.size());
 }
-int DiscTrackIsAudio(uint32_t device, uint32_t track) {
-    FAKE(0, DiscTrackIsAudio, device, track);
+int DiscTrackIsAudio(uint32_t, uint32_t track) {
+    FAKE(0, DiscTrackIsAudio);
     return Knows(track);
 }
-void DiscIdentity(uint32_t device, char (&text)[kIdentityTextSize]) {
+void DiscIdentity(uint32_t, char (&text)[kIdentityTextSize]) {
     text[0] = 0;
-    FAKE(void(), DiscIdentity, device, text);
+    FAKE(void(), DiscIdentity);
     if (Knows(1)) std::strncpy(text, s_fake.told.identity.c_str(), kIdentityTextSize - 1);
 }
-int PlayDisc(uint32_t device, void* window, Tmsf from, Tmsf to) {
-    FAKE(0, PlayDisc, device, window, from, to);
+int PlayDisc(uint32_t, void*, Tmsf from, Tmsf to) {
+    FAKE(0, PlayDisc);
     if (!Knows(TmsfTrack(from)) || !Knows(TmsfTrack(to))) return 0;
     s_fake.played = {from, to};
     s_fake.position = from;
@@ -117,18 +110,18 @@ int PlayDisc(uint32_t device, void* window, Tmsf from, Tmsf to) {
     ++s_fake.plays;
     return 1;
 }
-int PauseDisc(uint32_t device) {
-    FAKE(0, PauseDisc, device);
+int PauseDisc(uint32_t) {
+    FAKE(0, PauseDisc);
     s_fake.mode = kModePause;
     return 1;
 }
-int StopDisc(uint32_t device) {
-    FAKE(0, StopDisc, device);
+int StopDisc(uint32_t) {
+    FAKE(0, StopDisc);
     if (s_fake.mode != kModeOpen) s_fake.mode = kModeStop;
     return 1;
 }
-int MoveDiscDoor(uint32_t device, int open) {
-    FAKE(0, MoveDiscDoor, device, open);
+int MoveDiscDoor(uint32_t, int open) {
+    FAKE(0, MoveDiscDoor);
     s_fake.mode = open ? kModeOpen : kModeStop;
     return 1;
 }

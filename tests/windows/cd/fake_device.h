@@ -1,6 +1,5 @@
-// A drive made of variables, in the place of the CD-audio device while `active`; else the real
-// functions answer. Nothing moves by itself: a test says where the laser is and what the drive
-// claims to be doing.
+// A drive made of variables, in the place of the CD-audio device. Nothing moves by itself: a test
+// says where the laser is and what the drive claims to be doing.
 #pragma once
 #include "cd/disc_device.h"
 #include "cd/engine_state.h"
@@ -17,7 +16,6 @@ struct FakeDisc {
 };
 
 struct FakeDrive {
-    std::atomic<int> active{0};
     std::atomic<uint32_t> stallMs{0}; // each call takes so long
     std::atomic<int> crash{0};        // the next question for the mode is a fault in the driver
     std::atomic<uint32_t> mode{kModeStop};

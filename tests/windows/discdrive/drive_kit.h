@@ -7,15 +7,13 @@
 inline DWORD s_openError;
 
 // 0 when it does not open.
-inline MCIDEVICEID OpenDevice(const char* element, DWORD flags = MCI_OPEN_SHAREABLE,
-                              const char* alias = nullptr) {
+inline MCIDEVICEID OpenDevice(const char* element) {
     MCI_OPEN_PARMSA parms = {};
     parms.lpstrDeviceType = reinterpret_cast<LPCSTR>(MCI_DEVTYPE_CD_AUDIO);
     parms.lpstrElementName = element;
-    parms.lpstrAlias = alias;
-    flags |= MCI_WAIT | MCI_OPEN_TYPE | MCI_OPEN_TYPE_ID | (element ? MCI_OPEN_ELEMENT : 0) |
-             (alias ? MCI_OPEN_ALIAS : 0);
-    s_openError = mciSendCommandA(0, MCI_OPEN, flags, reinterpret_cast<DWORD_PTR>(&parms));
+    constexpr DWORD kFlags =
+        MCI_OPEN_SHAREABLE | MCI_WAIT | MCI_OPEN_TYPE | MCI_OPEN_TYPE_ID | MCI_OPEN_ELEMENT;
+    s_openError = mciSendCommandA(0, MCI_OPEN, kFlags, reinterpret_cast<DWORD_PTR>(&parms));
     return s_openError ? 0 : parms.wDeviceID;
 }
 

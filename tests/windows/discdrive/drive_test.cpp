@@ -8,18 +8,6 @@
 
 #include <gtest/gtest.h>
 
-// Set in a second process that only opens, plays, and goes without stopping or closing. Its exit
-// code tells whether the disc that was in already was ready at once.
-static const char* const kGuest = "TONVISTA_DRIVE_GUEST";
-
-static void LeaveWhilePlaying() {
-    const MCIDEVICEID device = OpenDevice("D:");
-    const int ready = device && Mode(device) == MCI_MODE_STOP;
-    const DWORD error = PlayRange(device, MCI_NOTIFY | MCI_FROM, MakeMsf(0, 2, 0));
-    Sleep(200);
-    ExitProcess(ready && !error ? 7 : 8);
-}
-
 static std::string Path(const std::string& name) {
     return std::string(kProgramFolder) + "\\" + name;
 }
@@ -40,7 +28,6 @@ static std::string Wav(uint32_t sectors, uint32_t rate = 44100) {
 class Drive : public testing::Test {
 protected:
     static void SetUpTestSuite() {
-        if (GetEnvironmentVariableA(kGuest, nullptr, 0)) LeaveWhilePlaying();
         ASSERT_TRUE(InstallDrive(BuildFolder()));
         // Starts: frames 150, 450, 525; end 750.
         s_main = MakeToneDisc(kProgramFolder, "main", {{440, 300}, {0, 75, true}, {660, 225}});
@@ -73,22 +60,6 @@ protected:
     static ToneDisc s_main;
 };
 ToneDisc Drive::s_main;
-
-TEST_F(Drive, OpensOnlyAsTheServedLetterAndCountsItsOpens) {
-    EXPECT_FALSE(OpenDevice("E:"));
-    EXPECT_FALSE(OpenDevice("D:\\main.cue"));
-    EXPECT_FALSE(OpenDevice("D:", 0, "alone"));
-    EXPECT_EQ(s_openError, static_cast<DWORD>(MCIERR_MUST_USE_SHAREABLE));
-    for (const char* element : {"D:\\", "d:", static_cast<const char*>(nullptr)}) {
-        const MCIDEVICEID second = OpenDevice(element, MCI_OPEN_SHAREABLE, "second");
-        ASSERT_TRUE(second) << s_openError;
-        Send(second, MCI_CLOSE);
-    }
-    Send(m_device, MCI_CLOSE);
-    m_device = OpenDevice("D:", 0);
-    ASSERT_TRUE(m_device) << "alone after the others have closed";
-    EXPECT_FALSE(OpenDevice("D:", MCI_OPEN_SHAREABLE, "late"));
-}
 
 TEST_F(Drive, TellsItsTableOfContents) {
     constexpr DWORD kError = 0x80000000;
@@ -186,24 +157,6 @@ TEST_F(Drive, NotifiesHowAPlayEnded) {
     EXPECT_NE(PlayRange(m_device, kWhole, MakeTmsf(2, 0, 0, 0)), 0u);
 }
 
-TEST_F(Drive, PausesWhereItIsAndGoesOnFromThere) {
-    for (const int byResume : {1, 0}) {
-        ASSERT_EQ(PlayRange(m_device, MCI_NOTIFY | MCI_FROM | MCI_TO, MakeTmsf(1, 0, 0, 0),
-                            MakeTmsf(1, 0, 0, 60)),
-                  0u);
-        Sleep(300);
-        ASSERT_EQ(Send(m_device, MCI_PAUSE), 0u);
-        EXPECT_EQ(Mode(m_device), static_cast<DWORD>(MCI_MODE_PAUSE));
-        const DWORD place = Status(m_device, MCI_STATUS_POSITION);
-        EXPECT_GE(TmsfFrame(place), 10u);
-        Sleep(150);
-        EXPECT_EQ(Status(m_device, MCI_STATUS_POSITION), place);
-        ASSERT_EQ(byResume ? Send(m_device, MCI_RESUME) : PlayRange(m_device, 0), 0u);
-        EXPECT_EQ(Mode(m_device), static_cast<DWORD>(MCI_MODE_PLAY));
-        EXPECT_EQ(NextNotify(1500), static_cast<DWORD>(MCI_NOTIFY_SUCCESSFUL));
-    }
-}
-
 TEST_F(Drive, DoorAndSwapAbortThePlayAndTakeTime) {
     ASSERT_EQ(SetDevice(m_device, MCI_SET_DOOR_OPEN | MCI_WAIT), 0u);
     EXPECT_EQ(ReadRegDword(kUserRoot, kDiscDriveKey, kDiscDriveDoor), 1u) << "others must know";
@@ -224,11 +177,6 @@ TEST_F(Drive, DoorAndSwapAbortThePlayAndTakeTime) {
         EXPECT_EQ(Mode(m_device), static_cast<DWORD>(MCI_MODE_OPEN));
         ASSERT_TRUE(byDoor || Insert(s_main.cue));
     }
-    // The key may go, and come again: another one, of which nothing was asked.
-    RegDeleteKeyA(HKEY_CURRENT_USER, kDiscDriveKey);
-    EXPECT_TRUE(AwaitMode(MCI_MODE_OPEN, 1000)) << "no image, no disc";
-    WriteRegString(kUserRoot, kDiscDriveKey, kDiscDriveLetter, "D");
-    EXPECT_TRUE(Insert(s_main.cue));
 }
 
 // Asked beneath the driver: for 2.5 s after a swap any image looks like none.
@@ -310,30 +258,4 @@ TEST_F(Drive, MannersForTrials) {
     m_device = OpenDevice("D:");
     ASSERT_TRUE(m_device);
     EXPECT_EQ(Status(m_device, MCI_STATUS_NUMBER_OF_TRACKS), 1u);
-}
-
-TEST_F(Drive, PlaysOnWhenItsLastProgramHasLeftButNotItsProcess) {
-    ASSERT_EQ(PlayRange(m_device, MCI_NOTIFY | MCI_FROM, MakeTmsf(1, 0, 0, 0)), 0u);
-    Send(m_device, MCI_CLOSE);
-    EXPECT_EQ(NextNotify(200), static_cast<DWORD>(MCI_NOTIFY_ABORTED));
-    m_device = OpenDevice("D:");
-    ASSERT_TRUE(m_device);
-    EXPECT_EQ(Mode(m_device), static_cast<DWORD>(MCI_MODE_PLAY));
-
-    SetEnvironmentVariableA(kGuest, "1");
-    char self[MAX_PATH] = "";
-    GetModuleFileNameA(nullptr, self, MAX_PATH);
-    std::string command = '"' + std::string(self) + "\" --gtest_filter=Drive.PlaysOn*";
-    STARTUPINFOA startup = {};
-    startup.cb = sizeof startup;
-    PROCESS_INFORMATION guest;
-    ASSERT_TRUE(CreateProcessA(nullptr, command.data(), nullptr, nullptr, FALSE, 0, nullptr,
-                               nullptr, &startup, &guest));
-    EXPECT_EQ(WaitForSingleObject(guest.hProcess, 10000), WAIT_OBJECT_0) << "it hangs";
-    DWORD code = 0;
-    GetExitCodeProcess(guest.hProcess, &code);
-    EXPECT_EQ(code, 7u);
-    TerminateProcess(guest.hProcess, 9);
-    CloseHandle(guest.hProcess);
-    CloseHandle(guest.hThread);
 }
