@@ -7,7 +7,8 @@
 
 constexpr const char* kPlayer = "CDPlayerUI";
 // Controls of the player.
-constexpr int kTitle = 700, kPlay = 704, kCdInfo = 734;
+constexpr int kTitle = 700, kTrackTime = 703, kPlay = 704, kRepeat = 730, kRandom = 731,
+              kCdInfo = 734;
 
 namespace {
 class SoundTest : public ProgramTest {
@@ -63,6 +64,34 @@ TEST_F(SoundTest, NewDiscPlaysInProgrammedPlayToo) {
     EXPECT_TRUE(WaitUntil([&] { return peer.block->CdTrack == 1; }));
 }
 
+// Drives of today lie: no notice at the end, "playing" for ever, a pause told as a stop, the old
+// disc's table of contents. And a disc may be taken out under a play that would begin again.
+TEST_F(SoundTest, LyingDriveAndDiscTakenOut) {
+    for (const char* manner :
+         {kDiscDriveNoNotify, kDiscDriveStayPlaying, kDiscDrivePauseAsStopped, kDiscDriveStaleToc})
+        SetDrive(manner, 1);
+    Start();
+    SharedPeer peer;
+    ASSERT_TRUE(peer.block);
+    const auto time = [] { return ChildText(FindComponent(kPlayer), kTrackTime); };
+    Command(FindCdEngine(), kCdPlay, 4);
+    ASSERT_TRUE(WaitUntil([&] { return time().find("[4]") == 0; }));
+    Command(FindCdEngine(), kCdPause);
+    Sleep(2500); // the track would be over, and two polls have come
+    EXPECT_EQ(time().find("[4]"), 0u) << "it is paused, not ended";
+    Command(FindCdEngine(), kCdPause);
+    EXPECT_TRUE(WaitUntil([&] { return peer.block->CdTrack == 0; })) << "the end came unsaid";
+
+    PutImage(MakeToneDisc(kProgramFolder, "other", {{300, 750}, {400, 750}}).cue);
+    EXPECT_TRUE(WaitUntil([&] { return peer.block->CdTrackCount == 2; }));
+    Command(FindComponent(kPlayer), kRepeat);
+    Command(FindComponent(kPlayer), kRandom);
+    Command(FindComponent(kPlayer), kPlay);
+    ASSERT_TRUE(WaitUntil([&] { return peer.block->CdTrack != 0; }));
+    PutImage("");
+    EXPECT_TRUE(WaitUntil([&] { return peer.block->CdTrack == 0 && time().empty(); }));
+}
+
 // ---- titles that somebody typed
 
 static std::string DiscTitle() {
@@ -95,4 +124,28 @@ TEST_F(SoundTest, TypedTitlesStandAfterARestartAlsoFromAnEditorLeftOpen) {
     EXPECT_EQ(Close(), 0);
     Start();
     EXPECT_TRUE(WaitUntil([] { return DiscTitle() == "Half Typed"; })) << DiscTitle();
+}
+
+// Another program holds the database while a title is typed, and the disc is taken out before it
+// lets go.
+TEST_F(SoundTest, TitleTypedWhileTheDatabaseIsBusyIsStoredLater) {
+    Start();
+    ASSERT_TRUE(WaitUntil([] { return DiscTitle() == "Unknown CD Title"; }));
+    HANDLE holder = INVALID_HANDLE_VALUE;
+    ASSERT_TRUE(WaitUntil([&] {
+        holder = CreateFileA(DatabasePath().c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0,
+                             nullptr);
+        return holder != INVALID_HANDLE_VALUE;
+    }));
+    const HWND editor = TypeTitle("Patience");
+    ASSERT_TRUE(editor);
+    Command(editor, IDOK);
+    ASSERT_TRUE(WaitUntil([] { return DiscTitle() == "Patience"; })) << DiscTitle();
+    PutImage("");
+    ASSERT_TRUE(WaitUntil([] { return DiscTitle() == "Drive Door is Open"; })) << DiscTitle();
+    CloseHandle(holder);
+    EXPECT_EQ(Close(), 0); // at the latest now it is stored
+    PutImage(disc.cue);
+    Start();
+    EXPECT_TRUE(WaitUntil([] { return DiscTitle() == "Patience"; })) << DiscTitle();
 }
