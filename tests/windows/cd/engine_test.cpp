@@ -202,6 +202,8 @@ static std::string Player() {
 }
 
 TEST_F(Engine, DefaultsNeverReplaceAChoiceAndOtherPlayersAreLeftAlone) {
+    ASSERT_TRUE(InstallDrive(BuildFolder())); // without a CD drive a message would wait for a user
+    WriteRegString(kUserRoot, kDiscDriveKey, kDiscDriveLetter, "D");
     DeleteRegTree(kUserRoot, kCdKey);
     SetCdNumber("IntroLength", 17);
     ASSERT_TRUE(SeedCdDefaults(nullptr, 1));
