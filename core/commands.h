@@ -17,7 +17,8 @@ enum CommonCommand {
     kDatabaseChanged = 3138,   // lParam: entry identity
     kForwardKey = 3150,        // high word: sender's id, lParam: virtual key
     kLookChanged = 3132,       // from the console: lay out again (3D look)
-    kFontChanged = 3133        // from the console: make fonts anew
+    kFontChanged = 3133,       // from the console: make fonts anew
+    kFormatChanged = 3131      // lParam 0: the sound's format changed, read it again
 };
 
 // ---- the console's commands (and the ids of its buttons and menu entries)
@@ -25,7 +26,13 @@ enum ConsoleCommand {
     kConsoleClose = 700,
     kConsoleMinimizeAll = 701,
     kConsoleCdPlayer = 702,
+    kConsoleSpectrum = 703,
+    kConsoleMixer = 704,
+    kConsoleVolumeIcon = 707,
+    kConsoleScope = 709,
     kConsoleCdEngine = 719,
+    kConsoleWavesEngine = 720,
+    kConsoleMixerEngine = 722,
     kConsoleAlwaysOnTop = 740,
     kConsoleTaskbarIcon = 741,
     kConsole3dLook = 742,
@@ -62,4 +69,16 @@ enum CdPlayerCommand {
     kPlayerTrackFirst = 600, // + n: play track n
     kPlayerDriveFirst = 900, // + k: use drive letter 'A' + k
     kPlayerConfigure = 750
+};
+
+// ---- the Waves engine's commands, for its hidden window
+enum WavesEngineCommand {
+    kWavesOpen = 700,       // capture on the saved device; nothing when it captures already
+    kWavesClose = 701,      // capture off until the next kWavesOpen
+    kWavesReconfigure = 702 // lParam: device in the low word, format code in the high word
+};
+
+// ---- the mixer engine's command, for its hidden window
+enum MixerEngineCommand {
+    kMixerUseDevice = 700 // lParam: device index
 };

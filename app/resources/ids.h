@@ -47,6 +47,29 @@
 #define IDS_CD_ENGINE_DISENGAGE 354
 #define IDS_CD_PLAYER 356
 #define IDS_CD_PLAYER_TIP 357
+#define IDS_WAVES_ENGINE 360
+#define IDS_WAVES_ENGINE_SHORT 361
+#define IDS_WAVES_ENGINE_TIP 362
+#define IDS_WAVES_ENGINE_MENU 363
+#define IDS_WAVES_ENGINE_ENGAGE 364
+#define IDS_WAVES_ENGINE_DISENGAGE 365
+#define IDS_WAVES_ENGINE_CONFIGURE 366
+#define IDS_MIXER_ENGINE 367
+#define IDS_MIXER_ENGINE_SHORT 368
+#define IDS_MIXER_ENGINE_TIP 369
+#define IDS_MIXER_ENGINE_ENGAGE 370
+#define IDS_MIXER_ENGINE_DISENGAGE 371
+#define IDS_MIXER_ENGINE_CONFIGURE 372
+#define IDS_SPECTRUM 373
+#define IDS_SPECTRUM_TIP 374
+#define IDS_SCOPE 375
+#define IDS_SCOPE_TIP 376
+#define IDS_MIXER 377
+#define IDS_MIXER_TIP 378
+#define IDS_VOLUME_ICON 379
+#define IDS_VOLUME_ICON_SHORT 380
+#define IDS_VOLUME_ICON_TIP 381
+#define IDS_VOLUME_ICON_MENU 382
 
 // ---- cd engine: strings 480-499
 #define IDS_NO_CD_DRIVE 480
@@ -111,3 +134,18 @@
 #define IDS_EDITOR_STRETCH_PAST 616
 #define IDS_EDITOR_STRETCH_EMPTY 617
 #define IDS_EDITOR_STRETCH_FULL 618
+
+// ---- waves engine: strings 700-749, its dialog 403 (fixed)
+#define IDD_WAVES_CONFIG 403 // (fixed)
+
+// ---- spectrum analyzer: strings 750-799, its dialog 410 (fixed)
+#define IDD_SPECTRUM_SETTINGS 410 // (fixed)
+
+// ---- oscilloscope: strings 800-849, its dialog 464 (fixed)
+#define IDD_SCOPE_SETTINGS 464 // (fixed)
+
+// ---- volume meter: strings 850-879, dialog 470
+#define IDD_METER_SETTINGS 470
+
+// ---- mixer engine: strings 880-899; mixer window: strings 900-999, dialog 471
+#define IDD_MIXER_CONFIG 471

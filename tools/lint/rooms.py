@@ -10,10 +10,12 @@ ALLOWED = {
     "ui": {"core", "resources"},
     "cdinfo": {"core", "ui", "resources"},
     "cd": {"core", "ui", "cdinfo", "resources"},
+    "waves": {"core", "ui", "resources"},
+    "mixer": {"core", "ui", "resources"},
     "discdrive": {"core"},
-    "app": {"core", "ui", "cdinfo", "cd", "discdrive", "resources"},
+    "app": {"core", "ui", "cdinfo", "cd", "waves", "mixer", "discdrive", "resources"},
 }
-TRADES = {"cd", "cdinfo"}
+TRADES = {"cd", "cdinfo", "waves", "mixer"}
 
 # The one door through which <windows.h> enters.
 PLATFORM_HEADER = "core/platform.h"

@@ -1,0 +1,17 @@
+// An icon in the notification area. The window gets WM_COMMAND with the icon's id as wParam and the
+// mouse message as lParam. Names and limits as the shell's first version knows them, which every
+// Windows has.
+#pragma once
+#include "core/platform.h"
+
+struct TrayIcon {
+    HWND window;
+    UINT id;
+    int shown;
+};
+
+// Adds it, or adds it again after the shell has come back. 1 when it stands there.
+int AddTrayIcon(TrayIcon* tray, HICON icon, const char* tip);
+// 1 when the shell took the new picture.
+int ChangeTrayIcon(TrayIcon* tray, HICON icon);
+void RemoveTrayIcon(TrayIcon* tray);

@@ -1,0 +1,5 @@
+// The oscilloscope, a component window.
+#pragma once
+#include "core/component_win.h"
+
+ComponentThread* ScopeThread();

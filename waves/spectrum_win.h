@@ -1,0 +1,5 @@
+// The spectrum analyzer, a component window.
+#pragma once
+#include "core/component_win.h"
+
+ComponentThread* SpectrumThread();
