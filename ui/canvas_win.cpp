@@ -13,12 +13,13 @@ int SizeCanvas(Canvas* canvas, int width, int height) {
     if (canvas->dc && canvas->width == width && canvas->height == height) return 1;
     FreeCanvas(canvas);
     BITMAPINFO info = {};
-    info.bmiHeader = {.biSize = sizeof info.bmiHeader,
-                      .biWidth = width,
-                      .biHeight = -height, // rows from the top
-                      .biPlanes = 1,
-                      .biBitCount = 32,
-                      .biCompression = BI_RGB};
+    BITMAPINFOHEADER& header = info.bmiHeader;
+    header.biSize = sizeof header;
+    header.biWidth = width;
+    header.biHeight = -height; // rows from the top
+    header.biPlanes = 1;
+    header.biBitCount = 32;
+    header.biCompression = BI_RGB;
     void* pixels = nullptr;
     canvas->dc = CreateCompatibleDC(nullptr);
     if (canvas->dc)
