@@ -3,7 +3,6 @@
 #include "ui/console_state_win.h"
 
 #include "core/strings_win.h"
-#include "core/text.h"
 #include "resources/ids.h"
 #include "ui/framework_win.h"
 
@@ -76,30 +75,18 @@ void ShowIconMenu() {
 
 // ---- the icon
 
-static NOTIFYICONDATAA IconData() {
-    NOTIFYICONDATAA data = {};
-    data.cbSize = sizeof data;
-    data.hWnd = s_console.window;
-    data.uID = kConsoleIconCallback;
-    return data;
-}
-
 void AddNotifyIcon() {
-    NOTIFYICONDATAA data = IconData();
-    data.uFlags = NIF_MESSAGE | NIF_ICON | NIF_TIP;
-    data.uCallbackMessage = WM_COMMAND; // wParam: the icon's id, lParam: the mouse message
-    data.hIcon = static_cast<HICON>(
-        LoadImageA(s_console.start.instance, MAKEINTRESOURCEA(IDI_TONVISTA), IMAGE_ICON,
-                   GetSystemMetrics(SM_CXSMICON), GetSystemMetrics(SM_CYSMICON), LR_SHARED));
+    s_console.icon.window = s_console.window;
+    s_console.icon.id = kConsoleIconCallback;
     char tip[kStringMax];
     LoadText(IDS_CONSOLE_ICON_TIP, tip);
-    CopyText(data.szTip, tip);
-    s_console.iconShown = Shell_NotifyIconA(NIM_ADD, &data) || s_console.iconShown;
+    AddTrayIcon(&s_console.icon,
+                static_cast<HICON>(LoadImageA(
+                    s_console.start.instance, MAKEINTRESOURCEA(IDI_TONVISTA), IMAGE_ICON,
+                    GetSystemMetrics(SM_CXSMICON), GetSystemMetrics(SM_CYSMICON), LR_SHARED)),
+                tip);
 }
 
 void RemoveNotifyIcon() {
-    if (!s_console.iconShown) return;
-    NOTIFYICONDATAA data = IconData();
-    Shell_NotifyIconA(NIM_DELETE, &data);
-    s_console.iconShown = 0;
+    RemoveTrayIcon(&s_console.icon);
 }

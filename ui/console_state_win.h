@@ -5,6 +5,7 @@
 #include "ui/console_layout.h"
 #include "ui/console_win.h"
 #include "ui/look_win.h"
+#include "ui/tray_win.h"
 
 struct ConsoleState {
     ConsoleStart start;
@@ -24,7 +25,7 @@ struct ConsoleState {
 
     int shuttingDown;
     int switching; // a component is being switched: switches sent meanwhile are dropped
-    int iconShown; // the notification icon is there
+    TrayIcon icon;
     int hiddenByMinimize[kWindowSlots];
     HMODULE iconLibrary;
     HHOOK shellHook;

@@ -1,0 +1,37 @@
+// Icons in the notification area. See tray_win.h.
+#include "ui/tray_win.h"
+
+#include "core/text.h"
+
+constexpr size_t kTipMax = 64; // bytes with the NUL in the first version
+
+static NOTIFYICONDATAA IconData(const TrayIcon& tray, UINT flags, HICON icon) {
+    NOTIFYICONDATAA data = {};
+    data.cbSize = NOTIFYICONDATAA_V1_SIZE;
+    data.hWnd = tray.window;
+    data.uID = tray.id;
+    data.uFlags = flags;
+    data.uCallbackMessage = WM_COMMAND;
+    data.hIcon = icon;
+    return data;
+}
+
+int AddTrayIcon(TrayIcon* tray, HICON icon, const char* tip) {
+    NOTIFYICONDATAA data = IconData(*tray, NIF_MESSAGE | NIF_ICON | NIF_TIP, icon);
+    CopyText(data.szTip, kTipMax, tip);
+    // Refused also when it stands there already: then it still has to be removed.
+    if (Shell_NotifyIconA(NIM_ADD, &data)) tray->shown = 1;
+    return tray->shown;
+}
+
+int ChangeTrayIcon(TrayIcon* tray, HICON icon) {
+    NOTIFYICONDATAA data = IconData(*tray, NIF_ICON, icon);
+    return Shell_NotifyIconA(NIM_MODIFY, &data) != 0;
+}
+
+void RemoveTrayIcon(TrayIcon* tray) {
+    if (!tray->shown) return;
+    NOTIFYICONDATAA data = IconData(*tray, 0, nullptr);
+    Shell_NotifyIconA(NIM_DELETE, &data);
+    tray->shown = 0;
+}
