@@ -29,8 +29,8 @@ SoundFormatRecord FormatOfCode(uint32_t code);
 extern const uint32_t kFormatCodes[kFormatCount];
 
 // Sample frames in a full buffer: 512 at least for what we capture (1024, 2048 or 4096). 0 for a
-// record that is empty or that nothing here can read (channels not 1 or 2, bits not 8 or 16, rate
-// 0).
+// record that is empty or that nothing here can read (tag not 1, channels not 1 or 2, bits not 8 or
+// 16, rate 0).
 int FramesPerBuffer(const SoundFormatRecord& format);
 
 // Upper edges of the bands in Hz. The last one is the top of the spectrum.
