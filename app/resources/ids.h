@@ -137,6 +137,8 @@
 
 // ---- waves engine: strings 700-749, its dialog 403 (fixed)
 #define IDD_WAVES_CONFIG 403 // (fixed)
+#define IDS_LOOPBACK_PREFIX 730
+#define IDS_LOOPBACK_DEFAULT 731
 
 // ---- spectrum analyzer: strings 750-799, its dialog 410 (fixed)
 #define IDD_SPECTRUM_SETTINGS 410 // (fixed)
