@@ -4,9 +4,13 @@
 #include <cmath>
 #include <cstring>
 
-// Other programs can write the block: no value may upset who draws with it.
-static float Sane(float value) {
-    return std::isfinite(value) && value > 0 ? value : 0;
+// Other programs can write the block: no value may upset who draws with it. Bands may well be
+// below 0: samples take part in them.
+static float Finite(float value) {
+    return std::isfinite(value) ? value : 0;
+}
+static float FinitePower(float value) {
+    return Finite(value) > 0 ? value : 0;
 }
 
 int PublishedFormat(SoundFormatRecord* format) {
@@ -27,15 +31,15 @@ uint32_t PublishedBinCount() {
 
 void PublishedBands(float left[kBands], float right[kBands]) {
     for (int i = 0; i < kBands; ++i) {
-        left[i] = SharedBlock ? Sane(SharedBlock->BandsLeft[i]) : 0;
-        right[i] = SharedBlock ? Sane(SharedBlock->BandsRight[i]) : 0;
+        left[i] = SharedBlock ? Finite(SharedBlock->BandsLeft[i]) : 0;
+        right[i] = SharedBlock ? Finite(SharedBlock->BandsRight[i]) : 0;
     }
 }
 
 void PublishedPower(float* left, float* right, float* fullScale) {
-    *left = SharedBlock ? Sane(SharedBlock->PowerLeft) : 0;
-    *right = SharedBlock ? Sane(SharedBlock->PowerRight) : 0;
-    *fullScale = SharedBlock ? Sane(SharedBlock->PowerFullScale) : 0;
+    *left = SharedBlock ? FinitePower(SharedBlock->PowerLeft) : 0;
+    *right = SharedBlock ? FinitePower(SharedBlock->PowerRight) : 0;
+    *fullScale = SharedBlock ? FinitePower(SharedBlock->PowerFullScale) : 0;
 }
 
 void PublishedSamples(uint8_t bytes[kSoundBufferBytes]) {
