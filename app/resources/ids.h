@@ -137,6 +137,13 @@
 
 // ---- waves engine: strings 700-749, its dialog 403 (fixed)
 #define IDD_WAVES_CONFIG 403 // (fixed)
+#define IDC_WAVES_DEVICE 700
+#define IDC_WAVES_FORMAT 701
+#define IDC_WAVES_FFT 702
+#define IDS_WAVES_FORMATS 700 // + place in kFormatCodes
+#define IDS_WAVES_FFT 712     // + "FFTChoice"
+#define IDS_WAVES_NO_DEVICE 718
+#define IDS_WAVES_NO_FORMATS 719
 #define IDS_LOOPBACK_PREFIX 730
 #define IDS_LOOPBACK_DEFAULT 731
 
@@ -145,9 +152,56 @@
 
 // ---- oscilloscope: strings 800-849, its dialog 464 (fixed)
 #define IDD_SCOPE_SETTINGS 464 // (fixed)
+#define IDC_SCOPE_HIGH 801
+#define IDC_SCOPE_LOW 802
+#define IDC_SCOPE_LINE 803
+#define IDC_SCOPE_RESET 804
+#define IDS_SCOPE_POWER 800
+#define IDS_SCOPE_FORCE_MONO 801
+#define IDS_SCOPE_VERTICAL 802
+#define IDS_SCOPE_GRADIENT 803
+#define IDS_SCOPE_LEGENDS 804
+#define IDS_SCOPE_SETTINGS 805
+#define IDS_SCOPE_POWER_TIP 810
+#define IDS_SCOPE_FORCE_MONO_TIP 811
+#define IDS_SCOPE_VERTICAL_TIP 812
+#define IDS_SCOPE_GRADIENT_TIP 813
+#define IDS_SCOPE_LEGENDS_TIP 814
+#define IDS_SCOPE_SETTINGS_TIP 815
+#define IDS_SCOPE_GAIN_TIP 816
+#define IDS_SCOPE_MODE_TIP 817
+#define IDS_SCOPE_FORMAT_TIP 818
+#define IDS_SCOPE_STEREO 820
+#define IDS_SCOPE_MONO 821
+#define IDS_SCOPE_LEFT_LEGEND 822
+#define IDS_SCOPE_RIGHT_LEGEND 823
+#define IDS_SCOPE_MONO_LEGEND 824
+#define IDS_SCOPE_MENU_FORCE_MONO 825
+#define IDS_SCOPE_MENU_SETTINGS 826
+#define IDS_SCOPE_MENU_POWER 827
 
 // ---- volume meter: strings 850-879, dialog 470
 #define IDD_METER_SETTINGS 470
+#define IDC_METER_GAIN 850
+#define IDC_METER_GAIN_VALUE 851
+#define IDC_METER_REFRESH 852
+#define IDC_METER_REFRESH_VALUE 853
+#define IDC_METER_FOREGROUND 854
+#define IDC_METER_BACKGROUND 855
+#define IDS_METER_TIP 850
+#define IDS_METER_MENU_LEFT_RIGHT 851
+#define IDS_METER_MENU_CENTER 852
+#define IDS_METER_MENU_CONFIGURE 853
+#define IDS_METER_GAIN_VALUE 854
+#define IDS_METER_REFRESH_VALUE 855
 
 // ---- mixer engine: strings 880-899; mixer window: strings 900-999, dialog 471
 #define IDD_MIXER_CONFIG 471
+#define IDS_NO_MIXER 880
+#define IDS_NO_MIXER_CAPTION 881
+#define IDS_SYSTEM_VOLUME 882
+#define IDC_MIXER_DEVICES 900
+#define IDS_MIXER_LABELS 900   // + MixerFixedIndex
+#define IDS_MIXER_TIPS 920     // + MixerFixedIndex
+#define IDS_MIXER_MESSAGES 940 // + index of the destination; 8 for any other
+#define IDS_MIXER_MENU_CONFIGURE 950
