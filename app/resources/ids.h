@@ -70,6 +70,8 @@
 #define IDS_VOLUME_ICON_SHORT 380
 #define IDS_VOLUME_ICON_TIP 381
 #define IDS_VOLUME_ICON_MENU 382
+#define IDS_MEDIA 383
+#define IDS_MEDIA_TIP 384
 
 // ---- cd engine: strings 480-499
 #define IDS_NO_CD_DRIVE 480
@@ -149,6 +151,19 @@
 
 // ---- spectrum analyzer: strings 750-799, its dialog 410 (fixed)
 #define IDD_SPECTRUM_SETTINGS 410 // (fixed)
+#define IDC_ANALYZER_HOLD 1000
+#define IDC_ANALYZER_HOLD_TEXT 1001
+#define IDC_ANALYZER_FALLOFF 1002
+#define IDC_ANALYZER_HIGH 1003
+#define IDC_ANALYZER_LOW 1004
+#define IDS_ANALYZER_LABELS 750 // + index in kAnalyzerControlIds
+#define IDS_ANALYZER_TIPS 763   // + the same
+#define IDS_ANALYZER_MENU 776   // + the same
+#define IDS_ANALYZER_STEREO 785
+#define IDS_ANALYZER_MONO 786
+#define IDS_ANALYZER_FORMAT 787
+#define IDS_ANALYZER_CHANNELS 788 // + AnalyzerChannel
+#define IDS_ANALYZER_HOLD 791
 
 // ---- oscilloscope: strings 800-849, its dialog 464 (fixed)
 #define IDD_SCOPE_SETTINGS 464 // (fixed)
@@ -205,3 +220,11 @@
 #define IDS_MIXER_TIPS 920     // + MixerFixedIndex
 #define IDS_MIXER_MESSAGES 940 // + index of the destination; 8 for any other
 #define IDS_MIXER_MENU_CONFIGURE 950
+
+// ---- media player: strings 1048-1199; dialogs 449 (file types, fixed), 472 playlist editor, 473
+// history, 474 progress, 475 "MediaPlayer Required!"
+#define IDD_FILE_TYPES 449 // (fixed)
+#define IDD_PLAYLIST 472
+#define IDD_HISTORY 473
+#define IDD_MEDIA_PROGRESS 474
+#define IDD_MEDIA_REQUIRED 475

@@ -1,0 +1,310 @@
+// The controls of the mixer window: how they are made, placed, lettered and coloured. Fonts are
+// made when the size or the names change, never in a refresh.
+#include "mixer/mixer_state_win.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "core/strings_win.h"
+#include "core/text.h"
+#include "resources/ids.h"
+#include "ui/button_win.h"
+#include "ui/framework_win.h"
+#include "ui/indicator_win.h"
+#include "ui/paint_win.h"
+#include "ui/tooltips_win.h"
+#include "ui/trackbar_win.h"
+#include "ui/window_thread_win.h"
+
+static constexpr int kMeasuredHeight = 100; // cell height of the font that texts are measured in
+static constexpr int kGroupAir = 3;         // pixels between controls and their group's edge
+static constexpr int kSmallestBold = 10;    // cell height from which bold letters are legible
+
+static int WeightOf(MixerFont font, int height) {
+    return font == kMixerFontMessage || height < kSmallestBold ? FW_NORMAL : FW_BOLD;
+}
+
+static int IsSlider(int fixedId) {
+    return fixedId == kMixerVolume || fixedId == kMixerTreble || fixedId == kMixerBass;
+}
+
+static int IsMessage(int fixedId) {
+    return fixedId == kMixerMessage1 || fixedId == kMixerMessage2;
+}
+
+static int IsLabel(int fixedId) {
+    return fixedId == kMixerCaption || fixedId >= kMixerTrebleLabel;
+}
+
+// ---- making
+
+static HWND CreateSlider(HWND window, int id, DWORD style, HINSTANCE instance) {
+    const HWND slider =
+        CreateTNVTrackBar(style | kTrackBarVertical, 0, 0, 10, 10, window, id, instance);
+    if (!slider) return nullptr;
+    SetTrackBarRange(slider, 0, kMixerBarMax, 0);
+    SetTrackBarPos(slider, kMixerBarStart);
+    return slider;
+}
+
+static HWND CreateFixed(HWND window, int id, HINSTANCE instance) {
+    const UINT label = IDS_MIXER_LABELS + MixerFixedIndex(id);
+    if (IsSlider(id)) return CreateSlider(window, id, WS_VISIBLE, instance);
+    if (IsLabel(id))
+        return CreateTNVIndicator(label, IsMessage(id) ? 0 : WS_VISIBLE, 0, 0, 10, 10, window, id,
+                                  instance);
+    return CreateTNVButtonFromString(label, WS_VISIBLE, 0, 0, 10, 10, window, id, instance);
+}
+
+static void AddFixedToolTip(MixerWindow* mixer, int id) {
+    const UINT tip = IDS_MIXER_TIPS + MixerFixedIndex(id);
+    if (IsMessage(id)) return;
+    if (IsLabel(id))
+        AddIndicatorToolTip(mixer->tooltips, mixer->window, ControlOf(*mixer, id), tip);
+    else
+        AddToolTipFromString(mixer->tooltips, mixer->window, ControlOf(*mixer, id), tip);
+}
+
+int CreateMixerControls(MixerWindow* mixer) {
+    const auto instance =
+        reinterpret_cast<HINSTANCE>(GetWindowLongPtrA(mixer->window, GWLP_HINSTANCE));
+    mixer->tooltips = CreateToolTips(mixer->window);
+    for (int i = 0; i < kMixerFixed; ++i) {
+        mixer->fixed[i] = CreateFixed(mixer->window, MixerFixedId(i), instance);
+        if (!mixer->fixed[i]) return 0;
+        AddFixedToolTip(mixer, MixerFixedId(i));
+    }
+    mixer->volume = mixer->treble = mixer->bass = {kMixerBarStart, kMixerNotAsked};
+    for (int i = 0; i < kMixerColumns; ++i) {
+        mixer->buttons[i] =
+            CreateTNVButton("", 0, 0, 0, 10, 10, mixer->window, kMixerSource1 + i, instance);
+        mixer->sliders[i] = CreateSlider(mixer->window, kMixerSlider1 + i, 0, instance);
+        if (!mixer->buttons[i] || !mixer->sliders[i]) return 0;
+        AddToolTip(mixer->tooltips, mixer->window, mixer->buttons[i], "");
+        AddToolTip(mixer->tooltips, mixer->window, mixer->sliders[i], "");
+        mixer->levels[i] = {kMixerBarStart, kMixerNotAsked};
+    }
+    return 1;
+}
+
+// ---- texts and letters
+
+static int MeasureText(const char* text, int length, void* dc) {
+    SIZE size = {};
+    GetTextExtentPoint32A(static_cast<HDC>(dc), text, length, &size);
+    return size.cx;
+}
+
+// Calls use(dc) with the face at that height selected.
+template <typename Use> static void WithFont(MixerFont font, int height, const Use& use) {
+    const HDC dc = CreateCompatibleDC(nullptr);
+    const HFONT made = CreateLabelFont(kDefaultFace, height, WeightOf(font, height));
+    const HGDIOBJ before = SelectObject(dc, made);
+    use(dc);
+    SelectObject(dc, before);
+    DeleteObject(made);
+    DeleteDC(dc);
+}
+
+static void MeasureTexts(MixerWindow* mixer) {
+    const auto share = [](HDC dc, const char* text) {
+        return MeasureText(text, lstrlenA(text), dc) * 1000 / kMeasuredHeight;
+    };
+    for (int font = 0; font < kMixerFonts; ++font)
+        WithFont(static_cast<MixerFont>(font), kMeasuredHeight, [&](HDC dc) {
+            for (int i = 0; i < kMixerFixed; ++i) {
+                char text[kStringMax];
+                if (MixerFontOf(MixerFixedId(i)) != font) continue;
+                GetWindowTextA(mixer->fixed[i], text, sizeof text);
+                mixer->widths.fixed[i] = share(dc, text);
+            }
+            for (int i = 0; i < mixer->count && font == kMixerFontNames; ++i)
+                mixer->widths.names[i] = share(dc, mixer->sources[i].name);
+        });
+}
+
+// Small letters come out wider than their share of the measured ones, and some heights no font
+// meets exactly.
+static int LettersFit(const MixerWindow& mixer, MixerFont font, int height) {
+    int fits = 1;
+    WithFont(font, height, [&](HDC dc) {
+        const auto check = [&](const char* text, const Box& box) {
+            if (MeasureText(text, lstrlenA(text), dc) > MixerNameRoom(box.width)) fits = 0;
+        };
+        TEXTMETRICA metric = {};
+        if (GetTextMetricsA(dc, &metric) && metric.tmHeight != height) fits = 0;
+        for (int i = 0; i < kMixerFixed; ++i) {
+            char text[kStringMax];
+            if (MixerFontOf(MixerFixedId(i)) != font || IsSlider(MixerFixedId(i))) continue;
+            GetWindowTextA(mixer.fixed[i], text, sizeof text);
+            check(text, mixer.layout.fixed[i]);
+        }
+        for (int i = 0; i < mixer.count && font == kMixerFontNames; ++i)
+            check(mixer.sources[i].name, mixer.layout.buttons[i]);
+    });
+    return fits;
+}
+
+// Names for which even the smallest letters are too large end in dots.
+static void SetNames(MixerWindow* mixer) {
+    WithFont(kMixerFontNames, mixer->fonts[kMixerFontNames].height, [&](HDC dc) {
+        for (int i = 0; i < mixer->count; ++i) {
+            char fitted[kMixerNameSize];
+            FitMixerName(mixer->sources[i].name, MixerNameRoom(mixer->layout.buttons[i].width),
+                         MeasureText, dc, fitted, sizeof fitted);
+            SetWindowTextA(mixer->buttons[i], fitted);
+        }
+    });
+}
+
+static void GiveFonts(MixerWindow* mixer) {
+    int sizes[kMixerFonts];
+    MixerLetterSizes(mixer->layout, mixer->widths, mixer->count, UIOptions.DoubleFontSize, sizes);
+    for (int font = 0; font < kMixerFonts; ++font) {
+        const auto kind = static_cast<MixerFont>(font);
+        const int least = kind == kMixerFontNames ? kMixerMinName : kMixerMinLetter;
+        while (sizes[font] > least && !LettersFit(*mixer, kind, sizes[font]))
+            --sizes[font];
+        HWND controls[kMixerFixed + kMixerColumns];
+        int count = 0;
+        for (int i = 0; i < kMixerFixed; ++i)
+            if (MixerFontOf(MixerFixedId(i)) == kind && !IsSlider(MixerFixedId(i)))
+                controls[count++] = mixer->fixed[i];
+        for (int i = 0; i < kMixerColumns && kind == kMixerFontNames; ++i)
+            controls[count++] = mixer->buttons[i];
+        GiveFont(&mixer->fonts[font], kDefaultFace, sizes[font], WeightOf(kind, sizes[font]),
+                 controls, count);
+    }
+}
+
+void FreeMixerFonts(MixerWindow* mixer) {
+    for (CachedFont& font : mixer->fonts)
+        FreeFont(&font);
+}
+
+// ---- colours
+
+// The columns lie on a panel darker than the window, as the displays of the other windows do.
+static COLORREF PanelColor(const MixerWindow& mixer) {
+    const COLORREF c = WindowBkColor(mixer.window);
+    return RGB(GetRValue(c) * 3 / 10, GetGValue(c) * 3 / 10, GetBValue(c) * 3 / 10);
+}
+
+void EnableMixerMasters(MixerWindow* mixer) {
+    const COLORREF back = WindowBkColor(mixer->window);
+    const struct {
+        int id, label, has;
+    } bars[] = {{kMixerTreble, kMixerTrebleLabel, mixer->hasTreble},
+                {kMixerBass, kMixerBassLabel, mixer->hasBass}};
+    for (const auto& bar : bars) {
+        const HWND slider = ControlOf(*mixer, bar.id);
+        if (!IsWindowEnabled(slider) != !bar.has) EnableWindow(slider, bar.has);
+        SetTrackBarColors(slider, bar.has ? Colors.BtnLtClr : back, back);
+        SetIndicatorColor(ControlOf(*mixer, bar.label),
+                          bar.has ? Colors.IndtrDrkClr : Colors.IndtrLtClr);
+    }
+}
+
+static void ApplyColors(MixerWindow* mixer) {
+    const COLORREF panel = PanelColor(*mixer);
+    for (int i = 0; i < kMixerDestinations; ++i)
+        SetButtonOn(mixer->fixed[i], mixer->lit[i]);
+    SetButtonOn(ControlOf(*mixer, kMixerPower), 0);
+    SetButtonOn(ControlOf(*mixer, kMixerConfigure), 0);
+    SetButtonOn(ControlOf(*mixer, kMixerMaster), mixer->masterLit);
+    SetIndicatorColor(ControlOf(*mixer, kMixerCaption), Colors.IndtrLtClr);
+    for (const int id : {kMixerMessage1, kMixerMessage2}) {
+        SetIndicatorColor(ControlOf(*mixer, id), Colors.IndtrDrkClr);
+        SetIndicatorBack(ControlOf(*mixer, id), panel);
+    }
+    SetTrackBarColors(ControlOf(*mixer, kMixerVolume), Colors.BtnLtClr,
+                      WindowBkColor(mixer->window));
+    EnableMixerMasters(mixer);
+    for (int i = 0; i < kMixerColumns; ++i) {
+        SetButtonOn(mixer->buttons[i], mixer->sourceLit[i]);
+        SetTrackBarColors(mixer->sliders[i], Colors.BtnLtClr, panel);
+    }
+}
+
+// ---- layout
+
+static void SetThumb(HWND slider, int height) {
+    SetTrackBarThumbSize(slider, std::clamp(height / 7, 4, 12));
+}
+
+static void PlaceAll(MixerWindow* mixer) {
+    ControlPlace places[kMixerFixed + 2 * kMixerColumns];
+    int count = 0;
+    for (int i = 0; i < kMixerFixed; ++i)
+        places[count++] = {MixerFixedId(i), mixer->layout.fixed[i]};
+    for (int i = 0; i < mixer->count; ++i) {
+        places[count++] = {kMixerSource1 + i, mixer->layout.buttons[i]};
+        places[count++] = {kMixerSlider1 + i, mixer->layout.sliders[i]};
+    }
+    PlaceControls(mixer->window, places, count);
+    for (int i = 0; i < kMixerFixed; ++i) {
+        const int id = MixerFixedId(i);
+        if (IsSlider(id)) SetThumb(mixer->fixed[i], mixer->layout.fixed[i].height);
+        if (IsLabel(id) && !IsMessage(id))
+            PlaceIndicatorToolTip(mixer->tooltips, mixer->window, mixer->fixed[i]);
+    }
+    for (int i = 0; i < mixer->count; ++i)
+        SetThumb(mixer->sliders[i], mixer->layout.sliders[i].height);
+}
+
+static void ShowControl(HWND control, int shown) {
+    if (!IsWindowEnabled(control) != !shown && !IsIndicator(control)) EnableWindow(control, shown);
+    const int isShown = (GetWindowLongA(control, GWL_STYLE) & WS_VISIBLE) != 0;
+    if (isShown != shown) ShowWindow(control, shown ? SW_SHOWNA : SW_HIDE);
+}
+
+void LayOutMixerWindow(MixerWindow* mixer, int width, int height) {
+    MeasureTexts(mixer);
+    mixer->layout = LayOutMixer(width, height, mixer->widths, mixer->count);
+    PlaceAll(mixer);
+    GiveFonts(mixer);
+    SetNames(mixer);
+    ApplyColors(mixer);
+    InvalidateRect(mixer->window, nullptr, TRUE);
+}
+
+void ShowMixerColumns(MixerWindow* mixer) {
+    char text[kStringMax];
+    LoadText(IDS_MIXER_MESSAGES + mixer->destination, text);
+    SetWindowTextA(ControlOf(*mixer, kMixerMessage2), text);
+    RECT client;
+    GetClientRect(mixer->window, &client);
+    if (client.right > 0 && client.bottom > 0)
+        LayOutMixerWindow(mixer, client.right, client.bottom);
+    for (int i = 0; i < kMixerColumns; ++i) {
+        const int shown = i < mixer->count;
+        const char* name = shown ? mixer->sources[i].name : "";
+        SetToolTipText(mixer->tooltips, mixer->window, mixer->buttons[i], name);
+        SetToolTipText(mixer->tooltips, mixer->window, mixer->sliders[i], name);
+        ShowControl(mixer->buttons[i], shown);
+        ShowControl(mixer->sliders[i], shown);
+    }
+    ShowControl(ControlOf(*mixer, kMixerMessage1), !mixer->count);
+    ShowControl(ControlOf(*mixer, kMixerMessage2), !mixer->count);
+}
+
+// ---- painting
+
+static RECT RectOf(const Box& box, int air) {
+    RECT rect = {box.left, box.top, box.left + box.width, box.top + box.height};
+    InflateRect(&rect, air, air);
+    return rect;
+}
+
+void PaintMixer(MixerWindow* mixer) {
+    PAINTSTRUCT paint;
+    const HDC dc = BeginPaint(mixer->window, &paint);
+    if (!dc) return;
+    FillArea(dc, RectOf(mixer->layout.groups[kMixerSources], kMixerPanelAir), PanelColor(*mixer));
+    if (UIOptions.Use3dLook && mixer->layout.edges)
+        for (const Box& group : mixer->layout.groups) {
+            RECT edge = RectOf(group, kGroupAir);
+            DrawEdge(dc, &edge, BDR_SUNKENOUTER, BF_RECT);
+        }
+    EndPaint(mixer->window, &paint);
+}
