@@ -86,6 +86,13 @@ int SetRectToolTipText(HWND tooltips, HWND window, UINT toolId, const char* text
     return SetTool(tooltips, RectTool(window, toolId), text);
 }
 
+void PlaceRectToolTip(HWND tooltips, HWND window, UINT toolId, const RECT& area) {
+    if (!tooltips) return;
+    TTTOOLINFOA tool = RectTool(window, toolId);
+    tool.rect = area;
+    SendMessageA(tooltips, TTM_NEWTOOLRECTA, 0, reinterpret_cast<LPARAM>(&tool));
+}
+
 static RECT RectInWindow(HWND window, HWND child) {
     RECT rect = {};
     GetWindowRect(child, &rect);
@@ -102,8 +109,6 @@ int AddIndicatorToolTip(HWND tooltips, HWND window, HWND indicator, UINT stringI
 }
 
 void PlaceIndicatorToolTip(HWND tooltips, HWND window, HWND indicator) {
-    if (!tooltips) return;
-    TTTOOLINFOA tool = RectTool(window, static_cast<UINT>(GetDlgCtrlID(indicator)));
-    tool.rect = RectInWindow(window, indicator);
-    SendMessageA(tooltips, TTM_NEWTOOLRECTA, 0, reinterpret_cast<LPARAM>(&tool));
+    PlaceRectToolTip(tooltips, window, static_cast<UINT>(GetDlgCtrlID(indicator)),
+                     RectInWindow(window, indicator));
 }

@@ -17,6 +17,8 @@ int SetToolTipTextFromString(HWND tooltips, HWND window, HWND control, UINT stri
 
 int AddRectToolTip(HWND tooltips, HWND window, UINT toolId, const char* text, int left, int top,
                    int right, int bottom);
+// Moves a rectangle tool; an empty rectangle takes it out of reach.
+void PlaceRectToolTip(HWND tooltips, HWND window, UINT toolId, const RECT& area);
 int SetRectToolTipText(HWND tooltips, HWND window, UINT toolId, const char* text);
 
 // The tooltip of an indicator (or any disabled child): a rectangle tool whose id is the control's.

@@ -151,11 +151,11 @@
 
 // ---- spectrum analyzer: strings 750-799, its dialog 410 (fixed)
 #define IDD_SPECTRUM_SETTINGS 410 // (fixed)
-#define IDC_ANALYZER_HOLD 1000
-#define IDC_ANALYZER_HOLD_TEXT 1001
-#define IDC_ANALYZER_FALLOFF 1002
-#define IDC_ANALYZER_HIGH 1003
-#define IDC_ANALYZER_LOW 1004
+#define IDC_ANALYZER_HOLD 750
+#define IDC_ANALYZER_HOLD_TEXT 751
+#define IDC_ANALYZER_FALLOFF 752
+#define IDC_ANALYZER_HIGH 753
+#define IDC_ANALYZER_LOW 754
 #define IDS_ANALYZER_LABELS 750 // + index in kAnalyzerControlIds
 #define IDS_ANALYZER_TIPS 763   // + the same
 #define IDS_ANALYZER_MENU 776   // + the same

@@ -2,4 +2,4 @@
 #pragma once
 #include "core/component_win.h"
 
-ComponentThread* SpectrumThread();
+ComponentThread* AnalyzerThread();
