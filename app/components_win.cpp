@@ -5,6 +5,9 @@
 #include "core/commands.h"
 #include "core/shared_block.h"
 #include "resources/ids.h"
+#include "waves/meter_win.h"
+#include "waves/scope_win.h"
+#include "waves/engine_win.h"
 
 static int PostToCdEngine(UINT command, LPARAM argument) {
     PostCdCommand(command, argument);
@@ -29,6 +32,28 @@ static ComponentEntry CdEngineRow() {
     return row;
 }
 
+static ComponentEntry WavesEngineRow() {
+    ComponentEntry row = {};
+    row.traits.kind = kEngineComponent;
+    row.traits.command = kConsoleWavesEngine;
+    row.traits.onValue = "WaveInEngineOn";
+    row.traits.restoreRank = 2;
+    row.traits.stopRank = 21;
+    row.traits.dependantsFirst = 1;
+    row.thread = WavesEngineThread();
+    row.label = IDS_WAVES_ENGINE;
+    row.shortLabel = IDS_WAVES_ENGINE_SHORT;
+    row.tip = IDS_WAVES_ENGINE_TIP;
+    row.menu = IDS_WAVES_ENGINE_MENU;
+    row.engage = IDS_WAVES_ENGINE_ENGAGE;
+    row.disengage = IDS_WAVES_ENGINE_DISENGAGE;
+    row.configureText = IDS_WAVES_ENGINE_CONFIGURE;
+    row.configureCommand = kConsoleConfigureWaves;
+    row.Configure = ConfigureWaves;
+    row.PostCommand = PostWavesCommand;
+    return row;
+}
+
 static ComponentEntry CdPlayerRow() {
     ComponentEntry row = {};
     row.traits.kind = kWindowComponent;
@@ -47,8 +72,44 @@ static ComponentEntry CdPlayerRow() {
     return row;
 }
 
+// The icon's menu does not list it.
+static ComponentEntry ScopeRow() {
+    ComponentEntry row = {};
+    row.traits.kind = kWindowComponent;
+    row.traits.windowId = kScopeWindowId;
+    row.traits.command = kConsoleScope;
+    row.traits.engine = kConsoleWavesEngine;
+    row.traits.onValue = "ScopeUI";
+    row.traits.restoreRank = 6;
+    row.traits.stopRank = 8;
+    row.traits.withEngineRank = 3;
+    row.thread = ScopeThread();
+    row.label = IDS_SCOPE;
+    row.shortLabel = IDS_SHORT_NAMES + kScopeWindowId;
+    row.tip = IDS_SCOPE_TIP;
+    return row;
+}
+
+static ComponentEntry VolumeIconRow() {
+    ComponentEntry row = {};
+    row.traits.kind = kIconComponent;
+    row.traits.command = kConsoleVolumeIcon;
+    row.traits.engine = kConsoleWavesEngine;
+    row.traits.onValue = "VolumeMeterTBIcon";
+    row.traits.restoreRank = 8;
+    row.traits.stopRank = 30;
+    row.traits.withEngineRank = 5;
+    row.thread = MeterThread();
+    row.label = IDS_VOLUME_ICON;
+    row.shortLabel = IDS_VOLUME_ICON_SHORT;
+    row.tip = IDS_VOLUME_ICON_TIP;
+    row.menu = IDS_VOLUME_ICON_MENU;
+    return row;
+}
+
 const ComponentTable* Components() {
-    static const ComponentEntry s_rows[] = {CdEngineRow(), CdPlayerRow()};
+    static const ComponentEntry s_rows[] = {CdEngineRow(), WavesEngineRow(), CdPlayerRow(),
+                                            ScopeRow(), VolumeIconRow()};
     static const ComponentTable s_table = {s_rows, static_cast<int>(sizeof s_rows / sizeof *s_rows),
                                            nullptr};
     return &s_table;

@@ -8,6 +8,7 @@
 #include "resources/ids.h"
 #include "ui/components.h"
 #include "ui/look_win.h"
+#include "waves/engine_win.h"
 
 #include <cstring>
 
@@ -106,6 +107,7 @@ int InstallProgram(const StartRequest& request) {
     const int seeded = SeedConsole();
     const int registered = WriteShellRegistrations();
     SeedCdDefaults(nullptr, static_cast<int>(request.ClaimDefaultCDPlayer));
+    SeedWavesDefaults();
     const int installed = seeded && registered;
     char text[kStringMax], caption[kStringMax];
     LoadText(installed ? IDS_INSTALL_DONE : IDS_INSTALL_FAILED, text);

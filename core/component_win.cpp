@@ -52,6 +52,7 @@ static int MayCall(const ComponentThread* component, UINT message) {
     return !component->Failed || message == WM_DESTROY || message == WM_NCDESTROY;
 }
 
+// `component` is null on the console's thread.
 template <class Procedure, class Result>
 static int RunCallback(ComponentThread* component, CallbackCall<Procedure, Result>* call) {
     const int result = GuardCall(
@@ -61,7 +62,7 @@ static int RunCallback(ComponentThread* component, CallbackCall<Procedure, Resul
         },
         call, nullptr);
     if (result == kGuardNormal) return 1;
-    NoteFault(component);
+    if (component) NoteFault(component);
     return 0;
 }
 
@@ -79,10 +80,11 @@ LRESULT GuardedCallback(PlainProc procedure, HWND window, UINT message, WPARAM w
 INT_PTR GuardedDialogCallback(PlainDialogProc procedure, HWND window, UINT message, WPARAM wParam,
                               LPARAM lParam) {
     ComponentThread* component = CurrentComponent();
-    if (!component) return procedure(window, message, wParam, lParam);
-    if (!MayCall(component, message)) return FALSE;
+    if (component && !MayCall(component, message)) return FALSE;
     CallbackCall<PlainDialogProc, INT_PTR> call = {procedure, window, message, wParam, lParam, 0};
-    return RunCallback(component, &call) ? call.result : FALSE;
+    if (RunCallback(component, &call)) return call.result;
+    if (!component) EndDialog(window, IDCANCEL); // the console goes on without it
+    return FALSE;
 }
 
 static void RunLoop(ComponentThread*) {

@@ -55,7 +55,8 @@ HWND CreateHiddenWindow(HINSTANCE instance, const char* className, const char* t
                         WNDPROC procedure);
 
 // ---- guarded callbacks: GuardedProc<Proc> is what is handed to the system in Proc's place. On a
-// thread that belongs to no component (the console's) Proc is simply called.
+// thread that belongs to no component (the console's) Proc is simply called, but a dialog's fault
+// ends the dialog there, as if it were cancelled.
 using PlainProc = LRESULT (*)(HWND, UINT, WPARAM, LPARAM);
 using PlainDialogProc = INT_PTR (*)(HWND, UINT, WPARAM, LPARAM);
 LRESULT GuardedCallback(PlainProc procedure, HWND window, UINT message, WPARAM wParam,

@@ -1,0 +1,42 @@
+// The engine's settings in the registry, and what they are at first. See settings_win.h.
+#include "waves/settings_win.h"
+
+#include "core/settings.h"
+#include "waves/engine_win.h"
+#include "waves/loopback_win.h"
+#include "waves/wave_in_win.h"
+
+static const char* const kWavesSection = "Software\\Tonvista\\Waves";
+static const char* const kDeviceValue = "InDevice";
+static const char* const kFormatValue = "InFormat";
+static const char* const kFftValue = "FFTChoice";
+
+static uint32_t ReadNumber(const char* name, uint32_t fallback) {
+    ReadRegValue(kUserRoot, kWavesSection, name, kRegDword, &fallback, sizeof fallback);
+    return fallback;
+}
+
+WavesSettings LoadWavesSettings() {
+    return {static_cast<uint16_t>(ReadNumber(kDeviceValue, 0)),
+            ReadNumber(kFormatValue, kDefaultFormatCode)};
+}
+
+void StoreWavesSettings(const WavesSettings& settings) {
+    WriteRegDword(kUserRoot, kWavesSection, kFormatValue, kRegDword, settings.format);
+    WriteRegDword(kUserRoot, kWavesSection, kDeviceValue, kRegDword, settings.device);
+}
+
+int LoadFftChoice() {
+    const uint32_t choice = ReadNumber(kFftValue, 0);
+    return choice < kFftChoices ? static_cast<int>(choice) : 0;
+}
+
+void StoreFftChoice(int choice) {
+    WriteRegDword(kUserRoot, kWavesSection, kFftValue, kRegDword, static_cast<uint32_t>(choice));
+}
+
+void SeedWavesDefaults() {
+    if (RegValueExists(kUserRoot, kWavesSection, kDeviceValue)) return;
+    if (CountWaveIn() || !CountLoopback()) return;
+    WriteRegDword(kUserRoot, kWavesSection, kDeviceValue, kRegDword, kLoopbackDefault);
+}
