@@ -5,6 +5,7 @@
 #include "core/commands.h"
 #include "core/shared_block.h"
 #include "resources/ids.h"
+#include "waves/analyzer_win.h"
 #include "waves/meter_win.h"
 #include "waves/scope_win.h"
 #include "waves/engine_win.h"
@@ -72,6 +73,24 @@ static ComponentEntry CdPlayerRow() {
     return row;
 }
 
+static ComponentEntry AnalyzerRow() {
+    ComponentEntry row = {};
+    row.traits.kind = kWindowComponent;
+    row.traits.windowId = kSpectrumWindowId;
+    row.traits.command = kConsoleSpectrum;
+    row.traits.engine = kConsoleWavesEngine;
+    row.traits.onValue = "SpectrumIU"; // so it has always been written
+    row.traits.restoreRank = 5;
+    row.traits.stopRank = 1;
+    row.traits.withEngineRank = 2;
+    row.thread = AnalyzerThread();
+    row.label = IDS_SPECTRUM;
+    row.shortLabel = IDS_SHORT_NAMES + kSpectrumWindowId;
+    row.tip = IDS_SPECTRUM_TIP;
+    row.menu = IDS_SPECTRUM;
+    return row;
+}
+
 // The icon's menu does not list it.
 static ComponentEntry ScopeRow() {
     ComponentEntry row = {};
@@ -109,7 +128,7 @@ static ComponentEntry VolumeIconRow() {
 
 const ComponentTable* Components() {
     static const ComponentEntry s_rows[] = {CdEngineRow(), WavesEngineRow(), CdPlayerRow(),
-                                            ScopeRow(), VolumeIconRow()};
+                                            AnalyzerRow(), ScopeRow(),       VolumeIconRow()};
     static const ComponentTable s_table = {s_rows, static_cast<int>(sizeof s_rows / sizeof *s_rows),
                                            nullptr};
     return &s_table;
