@@ -30,6 +30,7 @@ enum ConsoleCommand {
     kConsoleMixer = 704,
     kConsoleVolumeIcon = 707,
     kConsoleScope = 709,
+    kConsoleMedia = 712,
     kConsoleCdEngine = 719,
     kConsoleWavesEngine = 720,
     kConsoleMixerEngine = 722,

@@ -7,6 +7,8 @@ import os
 import re
 import subprocess
 
+import rooms
+
 # Libraries that every Windows has. Anything else in the import table would have to be shipped.
 WINDOWS_DLLS = {
     "kernel32", "user32", "gdi32", "advapi32", "comctl32", "comdlg32", "shell32", "shlwapi",
@@ -85,7 +87,7 @@ def logic_commands(root):
     files = {os.path.relpath(os.path.join(entry["directory"], entry["file"]), root)
              for entry in entries}
     return sorted(path for path in files
-                  if path.split("/")[0] in ("core", "ui", "cdinfo", "cd", "discdrive", "app"))
+                  if path.split("/")[0] in rooms.ALLOWED)
 
 
 def fingerprint(root, path, common):

@@ -12,10 +12,13 @@ ALLOWED = {
     "cd": {"core", "ui", "cdinfo", "resources"},
     "waves": {"core", "ui", "resources"},
     "mixer": {"core", "ui", "resources"},
+    "media": {"core", "ui", "waves", "resources"},
     "discdrive": {"core"},
-    "app": {"core", "ui", "cdinfo", "cd", "waves", "mixer", "discdrive", "resources"},
+    "extractor": {"core", "waves"},
+    "app": {"core", "ui", "cdinfo", "cd", "waves", "mixer", "media", "discdrive",
+            "extractor", "resources"},
 }
-TRADES = {"cd", "cdinfo", "waves", "mixer"}
+TRADES = {"cd", "cdinfo", "waves", "mixer", "media"}
 
 # The one door through which <windows.h> enters.
 PLATFORM_HEADER = "core/platform.h"
