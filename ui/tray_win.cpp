@@ -19,9 +19,10 @@ static NOTIFYICONDATAA IconData(const TrayIcon& tray, UINT flags, HICON icon) {
 int AddTrayIcon(TrayIcon* tray, HICON icon, const char* tip) {
     NOTIFYICONDATAA data = IconData(*tray, NIF_MESSAGE | NIF_ICON | NIF_TIP, icon);
     CopyText(data.szTip, kTipMax, tip);
-    // Refused also when it stands there already: then it still has to be removed.
-    if (Shell_NotifyIconA(NIM_ADD, &data)) tray->shown = 1;
-    return tray->shown;
+    // Adding is refused also when it stands there already.
+    const int taken = Shell_NotifyIconA(NIM_ADD, &data) || Shell_NotifyIconA(NIM_MODIFY, &data);
+    if (taken) tray->shown = 1;
+    return taken;
 }
 
 int ChangeTrayIcon(TrayIcon* tray, HICON icon) {

@@ -7,10 +7,11 @@
 struct TrayIcon {
     HWND window;
     UINT id;
-    int shown;
+    int shown; // and to be removed
 };
 
-// Adds it, or adds it again after the shell has come back. 1 when it stands there.
+// Adds it, or adds it again after the shell has come back. 1 when it stands there with this
+// picture.
 int AddTrayIcon(TrayIcon* tray, HICON icon, const char* tip);
 // 1 when the shell took the new picture.
 int ChangeTrayIcon(TrayIcon* tray, HICON icon);
