@@ -155,7 +155,7 @@ function(tonvista_tests)
     target_link_libraries(driver PUBLIC core_win)
     file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/tests/program/*.cpp)
     if(sources)
-      tonvista_test(program_tests "${sources}" driver)
+      tonvista_test(program_tests "${sources}" driver waves) # formats and bands, to play what is to show
       if(TARGET tonvista)
         foreach(part tonvista tonvdisc tonvextr)
         if(TARGET ${part})
