@@ -20,14 +20,16 @@ static HRESULT MakePlatformEnumerator(IMMDeviceEnumerator** made) {
 
 LoopbackSource TheLoopbackSource = {MakePlatformEnumerator, eRender, AUDCLNT_STREAMFLAGS_LOOPBACK};
 
-// A call may claim success and give nothing.
+// A call may claim success and give nothing. Not to be nested with the call: arguments are
+// evaluated in any order.
 static int Got(HRESULT result, const void* made) {
     return SUCCEEDED(result) && made;
 }
 
 int MakeLoopbackEnumerator(Held<IMMDeviceEnumerator>* made) {
     made->Drop();
-    return Got(TheLoopbackSource.MakeEnumerator(&made->it), made->it);
+    const HRESULT result = TheLoopbackSource.MakeEnumerator(&made->it);
+    return Got(result, made->it);
 }
 
 // ---- endpoints
@@ -65,7 +67,8 @@ int FindEndpoint(IMMDeviceEnumerator* enumerator, int index, Held<IMMDevice>* fo
 
 int EndpointId(IMMDevice* endpoint, WCHAR id[kEndpointIdMax]) {
     LPWSTR own = nullptr;
-    if (!Got(endpoint->GetId(&own), own)) return 0;
+    const HRESULT result = endpoint->GetId(&own);
+    if (!Got(result, own)) return 0;
     lstrcpynW(id, own, kEndpointIdMax);
     CoTaskMemFree(own);
     return 1;
@@ -74,7 +77,8 @@ int EndpointId(IMMDevice* endpoint, WCHAR id[kEndpointIdMax]) {
 int EndpointName(IMMDevice* endpoint, char* name, int size) {
     constexpr int kMost = 100; // letters
     Held<IPropertyStore> store;
-    if (!Got(endpoint->OpenPropertyStore(STGM_READ, &store.it), store.it)) return 0;
+    const HRESULT result = endpoint->OpenPropertyStore(STGM_READ, &store.it);
+    if (!Got(result, store.it)) return 0;
     PROPVARIANT value = {};
     if (FAILED(store.it->GetValue(kFriendlyName, &value))) return 0;
     WCHAR cut[kMost + 1] = L"";

@@ -58,7 +58,7 @@ static int CanRecord(IMMDeviceEnumerator* enumerator) {
     if (!FindEndpoint(enumerator, -1, &endpoint)) return 0;
     SoundGather gather;
     Recording recording = {};
-    StartGather(&gather, {1, 2, 44100, 176400, 4, 16, 0});
+    StartGather(&gather, FormatOfCode(kDefaultFormatCode));
     const HRESULT result = OpenRecording(endpoint.it, DeliveredFormat(gather), &recording);
     EndRecording(&recording);
     if (!IsPassing(result)) s_verdict = SUCCEEDED(result) ? kCan : kCannot;

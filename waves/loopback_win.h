@@ -18,8 +18,9 @@ struct LoopbackStream;
 // Opens and starts; null when it can't be had.
 LoopbackStream* OpenLoopback(uint16_t device, const SoundFormatRecord& format);
 // Takes what has come since the last poll. Whenever kSoundBufferBytes are together, Filled gets
-// them. In silence the buffers come at the format's pace all the same. `now`: milliseconds. A
-// device that was lost is opened again within a second. Always cheap; never waits.
+// them; it must not close the stream. In silence the buffers come at the format's pace all the
+// same. `now`: milliseconds. A device that was lost is opened again within a second. Always cheap;
+// never waits.
 void PollLoopback(LoopbackStream* stream, uint32_t now, void (*Filled)(const uint8_t* bytes));
 // Forgets what has been gathered; stalled streams start anew. 0 when that fails.
 int RestartLoopback(LoopbackStream* stream);

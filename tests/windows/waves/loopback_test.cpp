@@ -1,0 +1,181 @@
+// What you hear: entries, loss, the default output and hostile packets against a platform made of
+// variables; and the same code recording for real, from the sound server's input.
+#include "fake_sound.h"
+#include "waves/loopback.h"
+#include "waves/loopback_win.h"
+
+#include <gtest/gtest.h>
+#include <mmsystem.h>
+
+#include <cmath>
+
+static std::vector<uint8_t> s_filled;
+static int s_buffers;
+static void Filled(const uint8_t* bytes) {
+    s_filled.assign(bytes, bytes + kSoundBufferBytes);
+    ++s_buffers;
+}
+
+class LoopbackTest : public testing::Test {
+protected:
+    void SetUp() override {
+        s_sound = {};
+        TheLoopbackSource = {MakeFakeEnumerator, eRender, AUDCLNT_STREAMFLAGS_LOOPBACK};
+        ForgetLoopbackVerdict();
+    }
+    void TearDown() override {
+        TheLoopbackSource = kept;
+        EXPECT_EQ(s_sound.refs, 0) << "references are balanced";
+    }
+    // Polls every 10 ms; each time a packet has come, unless value is 0.
+    void Play(LoopbackStream* stream, uint32_t ms, int16_t value) {
+        const std::vector<int16_t> samples(static_cast<size_t>(441 * s_sound.channels), value);
+        for (const uint32_t end = now + ms; now != end; now += 10) {
+            if (value) s_sound.packets.push_back({samples, 441, 0});
+            PollLoopback(stream, now, Filled);
+        }
+    }
+    const LoopbackSource kept = TheLoopbackSource;
+    uint32_t now = 0xFFFFF060; // the clock wraps on the way
+};
+
+TEST_F(LoopbackTest, EntriesAreThereWhereThePlatformRecords) {
+    char name[64];
+    uint16_t device = 0;
+    ASSERT_EQ(CountLoopback(), 3);
+    EXPECT_TRUE(LoopbackName(0, name, sizeof(name), &device));
+    EXPECT_STREQ(name, "What you hear: default output");
+    EXPECT_TRUE(LoopbackName(2, name, 10, &device));
+    EXPECT_STREQ(name, "What you ");
+    EXPECT_EQ(device, 32770);
+    EXPECT_FALSE(LoopbackName(3, name, sizeof(name), &device));
+    for (const uint16_t bad : {0, 32767, 32771, 65535})
+        EXPECT_EQ(OpenLoopback(bad, FormatOfCode(1)), nullptr) << bad;
+    s_sound.missing = 1; // an old system
+    EXPECT_EQ(CountLoopback(), 0);
+
+    s_sound = {.outputs = 0};
+    ForgetLoopbackVerdict();
+    EXPECT_EQ(CountLoopback(), 0);
+    s_sound.outputs = 1; // plugged in later
+    EXPECT_EQ(CountLoopback(), 2);
+    ForgetLoopbackVerdict();
+    s_sound = {.service = AUDCLNT_E_WRONG_ENDPOINT_TYPE}; // the flag taken, the service refused
+    EXPECT_EQ(CountLoopback() + CountLoopback(), 0);
+    EXPECT_EQ(s_sound.asked, 1) << "once for all";
+}
+
+// Each call that listing, opening, playing and starting anew make fails once, in turn.
+TEST_F(LoopbackTest, SoundIsBackWithinASecondWhicheverCallFails) {
+    const auto scenario = [&](const SoundFormatRecord& format, NthCall& calls) {
+        s_sound = {.calls = calls};
+        CountLoopback();
+        if (auto* stream = OpenLoopback(kLoopbackFirst, format)) {
+            EXPECT_EQ(s_sound.flags, 0x88020000u);
+            Play(stream, 200, 1000);
+            RestartLoopback(stream);
+            s_buffers = 0;
+            Play(stream, 1000, 0);
+            EXPECT_NEAR(s_buffers, format.bytesPerSecond / 4096.0, 2) << "silence at its pace";
+            EXPECT_EQ(s_filled[9], format.bits == 8 ? 128 : 0);
+            Play(stream, 1000, 16384);
+            EXPECT_EQ(s_filled[9], format.bits == 8 ? 192 : 64) << calls.failAt;
+            CloseLoopback(stream);
+        }
+        EXPECT_EQ(s_sound.refs, 0) << calls.failAt;
+        calls = s_sound.calls;
+    };
+    for (const uint32_t code : {16, 2048}) // 22.05 kHz mono 8 bit, 44.1 kHz stereo 16 bit
+        EXPECT_EQ(ForEachFault([&](NthCall& calls) { scenario(FormatOfCode(code), calls); }, 60),
+                  60);
+}
+
+TEST_F(LoopbackTest, TheDefaultIsFollowedAndAnOutputThatWasTakenAwayIsFoundAgain) {
+    auto* stream = OpenLoopback(kLoopbackDefault, FormatOfCode(2048));
+    ASSERT_TRUE(stream);
+    s_sound.standard = 1;
+    Play(stream, 1100, 7);
+    EXPECT_EQ(s_sound.from, 1);
+    CloseLoopback(stream);
+    stream = OpenLoopback(kLoopbackFirst + 1, FormatOfCode(2048));
+    ASSERT_TRUE(stream);
+    s_sound = {.outputs = 1, .calls = {.failAt = 1}, .refs = s_sound.refs, .channels = 2};
+    Play(stream, 3000, 0);
+    EXPECT_EQ(s_filled[1], 0);
+    s_sound.outputs = 2;
+    Play(stream, 1000, 16384);
+    EXPECT_EQ(s_filled[1], 64);
+    CloseLoopback(stream);
+}
+
+TEST_F(LoopbackTest, HostilePacketsAreSilenceOrALoss) {
+    auto* stream = OpenLoopback(kLoopbackDefault, FormatOfCode(2048));
+    ASSERT_TRUE(stream);
+    const std::vector<int16_t> loud(2048, 16384);
+    const FakePacket hostile[] = {{{}, 1024, 0},
+                                  {loud, 1024, AUDCLNT_BUFFERFLAGS_SILENT},
+                                  {{}, 0xFFFFFFFF, 0},
+                                  {loud, 0x40000000, 0}};
+    for (const auto& packet : hostile) {
+        Play(stream, 500, 16384);
+        EXPECT_EQ(s_filled[1], 64);
+        s_sound.packets = {packet};
+        Play(stream, 200, 0);
+        EXPECT_EQ(s_filled[1], 0);
+    }
+    Play(stream, 500, 16384);
+    s_sound.packets.assign(5000, FakePacket{loud, 1024, 0});
+    s_buffers = 0;
+    PollLoopback(stream, now, Filled);
+    EXPECT_LE(s_buffers, kMostBuffers + 1) << "the newest of a flood";
+    EXPECT_GT(s_sound.packets.size(), 4000u) << "taken a part at a time";
+    CloseLoopback(stream);
+}
+
+// ---- for real
+
+static int Waves(const SoundFormatRecord& format) {
+    const size_t step = format.blockAlign;
+    int waves = 0, last = 0;
+    for (size_t at = format.bits / 8 - 1; at < s_filled.size(); at += step) {
+        const int value = static_cast<int8_t>(format.bits == 8 ? s_filled[at] - 128 : s_filled[at]);
+        waves += last < 0 && value >= 0;
+        last = value;
+    }
+    return waves;
+}
+
+TEST_F(LoopbackTest, RecordsAToneThroughThePlatform) {
+    TheLoopbackSource = kept;
+    auto* output = OpenLoopback(kLoopbackDefault, FormatOfCode(2048));
+    EXPECT_EQ(CountLoopback() > 0, output != nullptr) << "what is listed can be opened";
+    CloseLoopback(output);
+
+    TheLoopbackSource = {kept.MakeEnumerator, eCapture, 0};
+    ForgetLoopbackVerdict();
+    char name[kSoundBufferBytes];
+    uint16_t device = 0;
+    ASSERT_TRUE(LoopbackName(1, name, sizeof(name), &device));
+    EXPECT_GT(strlen(name), strlen("What you hear: 1")) << "the device's own name";
+    std::vector<uint32_t> wave = {0x46464952, 88236, 0x45564157, 0x20746D66, 16,   0x10001,
+                                  44100,      88200, 0x100002,   0x61746164, 88200};
+    wave.resize(11 + 22050);
+    for (int i = 0; i < 44100; ++i) // 1000 Hz
+        reinterpret_cast<int16_t*>(wave.data() + 11)[i] =
+            static_cast<int16_t>(16000 * std::sin(i * 0.14247585730565955));
+    PlaySoundA(reinterpret_cast<LPCSTR>(wave.data()), nullptr, SND_MEMORY | SND_ASYNC | SND_LOOP);
+    for (const uint32_t code : {2048, 16}) {
+        const SoundFormatRecord format = FormatOfCode(code);
+        const int waves = static_cast<int>(4096u * 1000 / format.bytesPerSecond);
+        auto* stream = OpenLoopback(kLoopbackDefault, format);
+        ASSERT_TRUE(stream);
+        s_filled.clear();
+        for (int tries = 0; tries < 1000 && std::abs(Waves(format) - waves) > 1; ++tries) {
+            PollLoopback(stream, GetTickCount(), Filled);
+            Sleep(10);
+        }
+        EXPECT_NEAR(Waves(format), waves, 1);
+        CloseLoopback(stream);
+    }
+    PlaySoundA(nullptr, nullptr, 0);
+}
