@@ -5,6 +5,7 @@
 #include "core/settings.h"
 #include "core/strings_win.h"
 #include "core/text.h"
+#include "mixer/engine_win.h"
 #include "resources/ids.h"
 #include "ui/components.h"
 #include "ui/look_win.h"
@@ -63,17 +64,21 @@ void RefreshShellRegistrations() {
     if (ModulePath(module) && !SameText(module, saved)) WriteShellRegistrations();
 }
 
-// Where the windows stand at first: the CD player right above the console, by the screen's width.
+// Where the windows stand at first, by the screen's width: a column of one width, the CD player
+// right above the console, above it the spectrum analyzer and the oscilloscope, the mixer on top.
 struct FirstPlaces {
     int minScreenWidth;
     int x, width;
     int playerY, playerHeight, consoleY, consoleHeight;
+    int mixerY, mixerHeight, soundY, soundHeight;
+    int analyzerWidth; // the oscilloscope has the rest
 };
 static constexpr FirstPlaces kFirstPlaces[] = {
-    {1024, 158, 742, 442, 172, 616, 114},
-    {800, 146, 653, 317, 132, 451, 117},
-    {0, 20, 616, 218, 121, 340, 110},
+    {1024, 158, 742, 442, 172, 616, 114, 94, 172, 268, 172, 450},
+    {800, 146, 653, 317, 132, 451, 117, 31, 142, 175, 140, 390},
+    {0, 20, 616, 218, 121, 340, 110, 2, 94, 98, 118, 370},
 };
+constexpr int kPlaceGap = 2; // pixels between neighbours
 
 static void SeedPlace(uint32_t windowId, int x, int y, int width, int height) {
     const struct {
@@ -90,6 +95,10 @@ static void SeedPlaces() {
         ++p;
     SeedPlace(kConsoleWindowId, p->x, p->consoleY, p->width, p->consoleHeight);
     SeedPlace(kCdPlayerWindowId, p->x, p->playerY, p->width, p->playerHeight);
+    SeedPlace(kMixerWindowId, p->x, p->mixerY, p->width, p->mixerHeight);
+    SeedPlace(kSpectrumWindowId, p->x, p->soundY, p->analyzerWidth, p->soundHeight);
+    const int beside = p->analyzerWidth + kPlaceGap;
+    SeedPlace(kScopeWindowId, p->x + beside, p->soundY, p->width - beside, p->soundHeight);
 }
 
 static int SeedConsole() {
@@ -108,6 +117,7 @@ int InstallProgram(const StartRequest& request) {
     const int registered = WriteShellRegistrations();
     SeedCdDefaults(nullptr, static_cast<int>(request.ClaimDefaultCDPlayer));
     SeedWavesDefaults();
+    SeedMixerDefaults();
     const int installed = seeded && registered;
     char text[kStringMax], caption[kStringMax];
     LoadText(installed ? IDS_INSTALL_DONE : IDS_INSTALL_FAILED, text);
