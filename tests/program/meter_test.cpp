@@ -1,0 +1,151 @@
+// The volume meter in the tray: what stands there for what the shared block holds, read off the
+// screen. The engine has let go of its device, so the block is the test's.
+#include "tests/program/harness.h"
+#include "tests/support/measure_win.h"
+#include "resources/ids.h"
+#include "waves/engine_win.h"
+#include "waves/format.h"
+#include "waves/meter_win.h"
+
+#include <cstring>
+#include <memory>
+
+constexpr const char* kKey = "Software\\Tonvista\\VolumeMeter";
+constexpr const char* kDialog = "Volume Meter"; // its caption
+
+namespace {
+class MeterTest : public ProgramTest {
+protected:
+    void StartSilent() {
+        SwitchOn("WaveInEngineOn");
+        SwitchOn("VolumeMeterTBIcon");
+        Start();
+        ASSERT_TRUE(Ask(FindWindowA(kWavesEngineClass, nullptr), WM_COMMAND, kWavesClose, 0));
+        peer = std::make_unique<SharedPeer>();
+        ASSERT_TRUE(peer->block);
+        Publish(2048, 0, 0);
+        ASSERT_TRUE(Shows("0000000000000000"));
+    }
+    // Of a full scale of 1000.
+    void Publish(uint32_t formatCode, float left, float right) {
+        const SoundFormatRecord format = FormatOfCode(formatCode);
+        memcpy(peer->block->SoundFormat, &format, sizeof format);
+        peer->block->PowerFullScale = 1000;
+        peer->block->PowerLeft = left;
+        peer->block->PowerRight = right;
+    }
+    static HWND Window() { return FindWindowA(kMeterClass, nullptr); }
+    static HWND Tray() { return FindWindowA("__winex11_standalone_tray", nullptr); }
+    // Heights of the columns in hexadecimal; empty without an icon.
+    std::string Shown() const {
+        std::string heights;
+        const HWND icon = FindWindowExA(Tray(), nullptr, "__winex11_tray_icon", nullptr);
+        if (!icon) return heights;
+        SetWindowPos(Tray(), HWND_TOPMOST, 0, 600, 0, 0, SWP_NOSIZE | SWP_NOACTIVATE);
+        const RECT place = PlaceOf(icon);
+        const HDC dc = GetDC(nullptr);
+        for (int x = place.left + 2; x < place.right - 2; ++x) {
+            int height = 0;
+            for (int y = place.top + 2; y < place.bottom - 2; ++y)
+                height += GetPixel(dc, x, y) == bars;
+            heights += "0123456789abcdefg"[height];
+        }
+        ReleaseDC(nullptr, dc);
+        return heights;
+    }
+    bool Shows(const char* wanted) const {
+        return WaitUntil([=, this] { return Shown() == wanted; });
+    }
+    std::unique_ptr<SharedPeer> peer;
+    COLORREF bars = RGB(0, 255, 0);
+};
+} // namespace
+
+TEST_F(MeterTest, ShowsThePowerInEveryLayoutAndKeepsItsSettings) {
+    StartSilent();
+    const struct {
+        UINT command;
+        uint32_t format;
+        float left, right;
+        const char* wanted;
+    } steps[] = {{0, 2048, 100, 200, "4444444088888880"}, // of 400, by the gain
+                 {kMeterCenter, 2048, 100, 200, "4444466666688888"},
+                 {kMeterLeftRight, 2048, 100, 200, "6666666666666666"},
+                 {kMeterCenter, 2048, 100, 500, "44444440ggggggg0"},
+                 {0, 512, 0.1f, 0.2f, "4444444088888880"}}; // 8 bit: of 400 / 1024
+    for (const auto& step : steps) {
+        if (step.command) Command(Window(), step.command);
+        Publish(step.format, step.left, step.right);
+        EXPECT_TRUE(Shows(step.wanted)) << Shown() << " not " << step.wanted;
+    }
+    EXPECT_EQ(ReadRegDword(kUserRoot, kKey, "LeftRight"), 0u);
+    // The picture moves under the open dialog, whose values count after OK and after a restart.
+    Command(Window(), kMeterConfigure);
+    ASSERT_TRUE(WaitUntil([] { return FindWindowA(nullptr, kDialog) != nullptr; }));
+    const HWND dialog = FindWindowA(nullptr, kDialog);
+    Publish(2048, 50, 400);
+    EXPECT_TRUE(Shows("22222220ggggggg0")) << Shown();
+    Ask(Child(dialog, IDC_METER_GAIN), TBM_SETPOS, TRUE, 80);
+    Ask(dialog, WM_HSCROLL, TB_ENDTRACK, 0);
+    EXPECT_EQ(ChildText(dialog, IDC_METER_GAIN_VALUE), "full bar at 80 %");
+    // A colour of its own, mixed in the chooser that the swatch opens.
+    const HWND swatch = Child(dialog, IDC_METER_FOREGROUND);
+    PostMessageA(swatch, BM_CLICK, 0, 0);
+    ASSERT_TRUE(WaitUntil([] { return FindWindowA(nullptr, "Color") != nullptr; }));
+    const HWND chooser = FindWindowA(nullptr, "Color");
+    const char* const mixed[] = {"250", "100", "20"};
+    for (int i = 0; i < 3; ++i)
+        Ask(Child(chooser, 706 + i), WM_SETTEXT, 0, reinterpret_cast<LPARAM>(mixed[i]));
+    Command(chooser, IDOK);
+    bars = RGB(250, 100, 20);
+    EXPECT_TRUE(WaitUntil([&] {
+        const RECT place = PlaceOf(swatch);
+        const HDC dc = GetDC(nullptr);
+        const COLORREF color = GetPixel(dc, place.left + 9, place.top + 9);
+        ReleaseDC(nullptr, dc);
+        return color == bars;
+    }));
+    Command(dialog, IDOK);
+    EXPECT_TRUE(Shows("1111111088888880")) << Shown();
+    EXPECT_EQ(Close(), 0);
+    StartSilent();
+    Publish(2048, 50, 400);
+    EXPECT_TRUE(Shows("1111111088888880")) << Shown();
+}
+
+TEST_F(MeterTest, ComesBackWithTheShellAndGoesWhenSwitchedOff) {
+    StartSilent();
+    NOTIFYICONDATAA lost = {}; // as after the shell has died
+    lost.cbSize = NOTIFYICONDATAA_V1_SIZE;
+    lost.hWnd = Window();
+    lost.uID = kMeterIconCallback;
+    ASSERT_TRUE(Shell_NotifyIconA(NIM_DELETE, &lost));
+    ASSERT_EQ(Shown(), "");
+    PostMessageA(FindConsole(), RegisterWindowMessageA("TaskbarCreated"), 0, 0);
+    EXPECT_TRUE(Shows("0000000000000000"));
+    // Many frames leave nothing behind.
+    const auto frames = [&](int count) {
+        for (int i = 0; i < count; ++i) {
+            Publish(2048, static_cast<float>(i % 15 * 25), 0);
+            Ask(Window(), WM_TIMER, 1, 0);
+        }
+        return GdiObjects(program->handle);
+    };
+    const int before = frames(20);
+    EXPECT_LE(frames(300), before + 2);
+    // Off with its dialog open, then with its thread hung.
+    Command(Window(), kMeterConfigure);
+    ASSERT_TRUE(WaitUntil([] { return FindWindowA(nullptr, kDialog) != nullptr; }));
+    Command(FindConsole(), kConsoleVolumeIcon);
+    EXPECT_TRUE(WaitUntil([&] { return Shown().empty() && !FindWindowA(nullptr, kDialog); }, 1500));
+    Command(FindConsole(), kConsoleVolumeIcon);
+    ASSERT_TRUE(WaitUntil([&] { return !Shown().empty(); }));
+    const HANDLE thread =
+        OpenThread(THREAD_SUSPEND_RESUME, FALSE, GetWindowThreadProcessId(Window(), nullptr));
+    SuspendThread(thread);
+    CloseHandle(thread);
+    Command(FindConsole(), kConsoleVolumeIcon);
+    EXPECT_TRUE(WaitUntil([&] { return Shown().empty(); }));
+    EXPECT_TRUE(WaitUntil([] { return ReadWindowDword(1, "VolumeMeterTBIcon", 9) == 0; }));
+    EXPECT_EQ(Close(), 0);
+}
