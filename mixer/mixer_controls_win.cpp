@@ -18,7 +18,7 @@
 
 static constexpr int kMeasuredHeight = 100; // cell height of the font that texts are measured in
 static constexpr int kGroupAir = 3;         // pixels between controls and their group's edge
-static constexpr int kSmallestBold = 10;    // cell height from which bold letters are legible
+static constexpr int kSmallestBold = 11;    // cell height from which bold letters are legible
 
 static int WeightOf(MixerFont font, int height) {
     return font == kMixerFontMessage || height < kSmallestBold ? FW_NORMAL : FW_BOLD;
@@ -123,33 +123,70 @@ static void MeasureTexts(MixerWindow* mixer) {
         });
 }
 
-// Small letters come out wider than their share of the measured ones, and some heights no font
-// meets exactly.
+static int TextFits(HDC dc, const char* text, const Box& box) {
+    return MeasureText(text, lstrlenA(text), dc) <= MixerNameRoom(box.width);
+}
+
+// Some heights no font meets exactly.
+static int IsExact(HDC dc, int height) {
+    TEXTMETRICA metric = {};
+    return !GetTextMetricsA(dc, &metric) || metric.tmHeight == height;
+}
+
+// Small letters come out wider than their share of the measured ones.
 static int LettersFit(const MixerWindow& mixer, MixerFont font, int height) {
     int fits = 1;
     WithFont(font, height, [&](HDC dc) {
-        const auto check = [&](const char* text, const Box& box) {
-            if (MeasureText(text, lstrlenA(text), dc) > MixerNameRoom(box.width)) fits = 0;
-        };
-        TEXTMETRICA metric = {};
-        if (GetTextMetricsA(dc, &metric) && metric.tmHeight != height) fits = 0;
+        fits = IsExact(dc, height);
         for (int i = 0; i < kMixerFixed; ++i) {
             char text[kStringMax];
             if (MixerFontOf(MixerFixedId(i)) != font || IsSlider(MixerFixedId(i))) continue;
             GetWindowTextA(mixer.fixed[i], text, sizeof text);
-            check(text, mixer.layout.fixed[i]);
+            fits &= TextFits(dc, text, mixer.layout.fixed[i]);
         }
-        for (int i = 0; i < mixer.count && font == kMixerFontNames; ++i)
-            check(mixer.sources[i].name, mixer.layout.buttons[i]);
     });
     return fits;
 }
 
-// Names for which even the smallest letters are too large end in dots.
-static void SetNames(MixerWindow* mixer) {
-    WithFont(kMixerFontNames, mixer->fonts[kMixerFontNames].height, [&](HDC dc) {
+static void GiveFixedFont(MixerWindow* mixer, MixerFont font, int size) {
+    while (size > kMixerMinLetter && !LettersFit(*mixer, font, size))
+        --size;
+    HWND controls[kMixerFixed];
+    int count = 0;
+    for (int i = 0; i < kMixerFixed; ++i)
+        if (MixerFontOf(MixerFixedId(i)) == font && !IsSlider(MixerFixedId(i)))
+            controls[count++] = mixer->fixed[i];
+    GiveFont(&mixer->fonts[font], kDefaultFace, size, WeightOf(font, size), controls, count);
+}
+
+// Marks the names that do not fit at that height; their number.
+static int MarkLongNames(const MixerWindow& mixer, int height, uint8_t (&isLong)[kMixerColumns]) {
+    int count = 0;
+    WithFont(kMixerFontNames, height, [&](HDC dc) {
+        for (int i = 0; i < mixer.count; ++i) {
+            isLong[i] = !TextFits(dc, mixer.sources[i].name, mixer.layout.buttons[i]);
+            count += isLong[i];
+        }
+    });
+    return count;
+}
+
+static void GiveNameFont(MixerWindow* mixer, MixerFont font, int size, int isLong,
+                         const uint8_t (&longs)[kMixerColumns]) {
+    HWND controls[kMixerColumns];
+    int count = 0;
+    for (int i = 0; i < kMixerColumns; ++i)
+        if (longs[i] == isLong) controls[count++] = mixer->buttons[i];
+    GiveFont(&mixer->fonts[font], kDefaultFace, size, WeightOf(font, size), controls, count);
+}
+
+// Names for which even the smallest letters are too large are cut.
+static void SetNames(MixerWindow* mixer, MixerFont font, int isLong,
+                     const uint8_t (&longs)[kMixerColumns]) {
+    WithFont(font, mixer->fonts[font].height, [&](HDC dc) {
         for (int i = 0; i < mixer->count; ++i) {
             char fitted[kMixerNameSize];
+            if (longs[i] != isLong) continue;
             FitMixerName(mixer->sources[i].name, MixerNameRoom(mixer->layout.buttons[i].width),
                          MeasureText, dc, fitted, sizeof fitted);
             SetWindowTextA(mixer->buttons[i], fitted);
@@ -157,24 +194,26 @@ static void SetNames(MixerWindow* mixer) {
     });
 }
 
+static void LetterNames(MixerWindow* mixer, int size, int longSize) {
+    uint8_t longs[kMixerColumns] = {}, still[kMixerColumns] = {};
+    while (!EnoughMixerNames(mixer->count - MarkLongNames(*mixer, size, longs), mixer->count) &&
+           size > kMixerMinName)
+        --size;
+    longSize = std::min(longSize, size);
+    while (longSize > kMixerMinName && MarkLongNames(*mixer, longSize, still))
+        --longSize;
+    GiveNameFont(mixer, kMixerFontNames, size, 0, longs);
+    GiveNameFont(mixer, kMixerFontLongNames, longSize, 1, longs);
+    SetNames(mixer, kMixerFontNames, 0, longs);
+    SetNames(mixer, kMixerFontLongNames, 1, longs);
+}
+
 static void GiveFonts(MixerWindow* mixer) {
     int sizes[kMixerFonts];
     MixerLetterSizes(mixer->layout, mixer->widths, mixer->count, UIOptions.DoubleFontSize, sizes);
-    for (int font = 0; font < kMixerFonts; ++font) {
-        const auto kind = static_cast<MixerFont>(font);
-        const int least = kind == kMixerFontNames ? kMixerMinName : kMixerMinLetter;
-        while (sizes[font] > least && !LettersFit(*mixer, kind, sizes[font]))
-            --sizes[font];
-        HWND controls[kMixerFixed + kMixerColumns];
-        int count = 0;
-        for (int i = 0; i < kMixerFixed; ++i)
-            if (MixerFontOf(MixerFixedId(i)) == kind && !IsSlider(MixerFixedId(i)))
-                controls[count++] = mixer->fixed[i];
-        for (int i = 0; i < kMixerColumns && kind == kMixerFontNames; ++i)
-            controls[count++] = mixer->buttons[i];
-        GiveFont(&mixer->fonts[font], kDefaultFace, sizes[font], WeightOf(kind, sizes[font]),
-                 controls, count);
-    }
+    for (const MixerFont font : {kMixerFontButtons, kMixerFontMasters, kMixerFontMessage})
+        GiveFixedFont(mixer, font, sizes[font]);
+    LetterNames(mixer, sizes[kMixerFontNames], sizes[kMixerFontLongNames]);
 }
 
 void FreeMixerFonts(MixerWindow* mixer) {
@@ -229,7 +268,7 @@ static void ApplyColors(MixerWindow* mixer) {
 // ---- layout
 
 static void SetThumb(HWND slider, int height) {
-    SetTrackBarThumbSize(slider, std::clamp(height / 7, 4, 12));
+    SetTrackBarThumbSize(slider, std::clamp(height / 7, 5, 12));
 }
 
 static void PlaceAll(MixerWindow* mixer) {
@@ -263,7 +302,6 @@ void LayOutMixerWindow(MixerWindow* mixer, int width, int height) {
     mixer->layout = LayOutMixer(width, height, mixer->widths, mixer->count);
     PlaceAll(mixer);
     GiveFonts(mixer);
-    SetNames(mixer);
     ApplyColors(mixer);
     InvalidateRect(mixer->window, nullptr, TRUE);
 }

@@ -10,7 +10,7 @@ static constexpr int kTwoRowsFrom = 420; // or into two
 static constexpr int kLowBelow = 90;     // content height without room for the groups' edges
 static constexpr int kEdge = 2;          // a button's raised edge, in pixels
 static constexpr int kTextAir = 1;       // kept free between text and edge at either side
-static constexpr int kColumnMax = 96;    // pixels; wider columns fall apart
+static constexpr int kColumnMax = 116;   // pixels; wider columns fall apart
 static constexpr int kSliderMax = 26;    // width of a slider
 static constexpr int kSliderGap = 2;     // between a name and its slider
 
@@ -78,7 +78,7 @@ static void LayOutHeader(MixerLayout* layout, Box area, int rowCount, int gap) {
 
 // Height of a name's button in a column.
 static int NameHeight(int columnHeight) {
-    return std::min(std::clamp(columnHeight * 22 / 100, 12, 24), columnHeight);
+    return std::min(std::clamp(columnHeight * 26 / 100, 12, 24), columnHeight);
 }
 
 static void CutColumn(Box column, int nameHeight, Box* name, Box* slider) {
@@ -91,33 +91,48 @@ static void CutColumn(Box column, int nameHeight, Box* name, Box* slider) {
 
 // The cells of `columns` columns in `rows` rows, in the middle of the area.
 static Grid ColumnGrid(Box area, int columns, int rows) {
+    constexpr int kNarrow = 20; // columns that need the gaps themselves
     const int across = (columns + rows - 1) / rows;
-    const int width = std::min(area.width, across * (kColumnMax + kMixerGap) - kMixerGap);
+    const int gap = area.width / across < kNarrow ? 1 : kMixerGap;
+    const int width = std::min(area.width, across * (kColumnMax + gap) - gap);
     area.left += (area.width - width) / 2;
     area.width = width;
-    return {area, across, rows, kMixerGap};
+    return {area, across, rows, gap};
 }
 
 int MixerNameRoom(int buttonWidth) {
     return buttonWidth - 2 * (kEdge + kTextAir);
 }
 
+int EnoughMixerNames(int fitting, int columns) {
+    return 4 * fitting >= 3 * columns;
+}
+
+// The largest letters, at most `most`, at which enough names fit.
+static int NameLetter(const int* names, int columns, int room, int most) {
+    for (int letter = most; letter > kMixerMinName; --letter) {
+        int fitting = 0;
+        for (int i = 0; i < columns; ++i)
+            fitting += names[i] * letter <= room * 1000;
+        if (EnoughMixerNames(fitting, columns)) return letter;
+    }
+    return kMixerMinName;
+}
+
 // What an arrangement costs: pixels that the names lack at their smallest, letters smaller than
 // comfortable, sliders shorter than comfortable. The factors are a matter of taste, tried on 1 to
 // 24 sources at sizes from 292 by 92 to 1592 by 500.
 static int ArrangementCost(const Grid& grid, const int* names, int columns) {
-    constexpr int kGoodLetter = 13, kGoodSlider = 56, kLeastSlider = 16;
+    constexpr int kGoodLetter = 13, kGoodSlider = 48, kLeastSlider = 16;
     const Box cell = GridCell(grid, 0, 0);
     Box name, slider;
     CutColumn(cell, NameHeight(cell.height), &name, &slider);
     const int room = std::max(MixerNameRoom(cell.width), 0);
-    int letter = std::min(kGoodLetter, name.height - kEdge), lacking = 0;
-    for (int i = 0; i < columns; ++i) {
-        if (!names[i]) continue;
-        letter = std::min(letter, room * 1000 / names[i]);
+    const int letter = NameLetter(names, columns, room, std::min(kGoodLetter, name.height - kEdge));
+    int lacking = 0;
+    for (int i = 0; i < columns; ++i)
         lacking += std::max(names[i] * kMixerMinName / 1000 - room, 0);
-    }
-    int cost = 4 * lacking / columns + 3 * (kGoodLetter - std::max(letter, kMixerMinName));
+    int cost = 4 * lacking / columns + 6 * (kGoodLetter - letter);
     cost += std::max(kGoodSlider - slider.height, 0);
     if (slider.height < kLeastSlider) cost += 1000;
     return cost;
@@ -155,7 +170,7 @@ static void LayOutMessage(MixerLayout* layout, Box area) {
 // ---- masters
 
 static void LayOutMasters(MixerLayout* layout, Box area) {
-    static constexpr int kWeights[] = {44, 42, 34};
+    static constexpr int kWeights[] = {46, 42, 34};
     static constexpr struct {
         int name, slider;
     } kIds[] = {{kMixerMaster, kMixerVolume},
@@ -170,7 +185,7 @@ static void LayOutMasters(MixerLayout* layout, Box area) {
 }
 
 static int MastersWidth(int width) {
-    return std::min(std::clamp(width * 22 / 100, 118, 240), width / 2);
+    return std::min(std::min(90 + width / 9, 240), width / 2);
 }
 
 MixerLayout LayOutMixer(int width, int height, const MixerTextWidths& widths, int columns) {
@@ -201,9 +216,9 @@ MixerLayout LayOutMixer(int width, int height, const MixerTextWidths& widths, in
 
 MixerFont MixerFontOf(int fixedId) {
     if (fixedId == kMixerMessage1 || fixedId == kMixerMessage2) return kMixerFontMessage;
-    const int isName =
+    const int isMaster =
         fixedId == kMixerMaster || fixedId == kMixerTrebleLabel || fixedId == kMixerBassLabel;
-    return isName ? kMixerFontNames : kMixerFontButtons;
+    return isMaster ? kMixerFontMasters : kMixerFontButtons;
 }
 
 // The largest size at which a text of that width fits the box, or less.
@@ -215,18 +230,27 @@ static void Limit(int* size, Box box, int width) {
 void MixerLetterSizes(const MixerLayout& layout, const MixerTextWidths& widths, int columns,
                       int large, int (&sizes)[kMixerFonts]) {
     constexpr int kSmall = 14; // larger labels leave a fifth free, for air
-    static constexpr int kLeast[] = {kMixerMinLetter, kMixerMinName, kMixerMinLetter};
+    static constexpr int kLeast[] = {kMixerMinLetter, kMixerMinName, kMixerMinName, kMixerMinLetter,
+                                     kMixerMinLetter};
     std::fill_n(sizes, static_cast<int>(kMixerFonts), 1000);
     for (int i = 0; i < kMixerFixed; ++i) {
         const int id = MixerFixedId(i);
         if (id == kMixerVolume || id == kMixerTreble || id == kMixerBass) continue;
         Limit(&sizes[MixerFontOf(id)], layout.fixed[i], widths.fixed[i]);
     }
-    for (int i = 0; i < std::min(columns, kMixerColumns); ++i)
-        Limit(&sizes[kMixerFontNames], layout.buttons[i], widths.names[i]);
+    columns = std::clamp(columns, 0, kMixerColumns);
+    if (columns) {
+        const Box& box = layout.buttons[0];
+        sizes[kMixerFontNames] = NameLetter(widths.names, columns, MixerNameRoom(box.width),
+                                            std::max(box.height - kEdge, kMixerMinName));
+    }
     for (int font = 0; font < kMixerFonts; ++font) {
         int& size = sizes[font];
         if (!large) size = std::min(size, std::max(kSmall, size * 4 / 5));
         size = std::max(size, kLeast[font]);
     }
+    sizes[kMixerFontLongNames] = sizes[kMixerFontNames];
+    for (int i = 0; i < columns; ++i)
+        Limit(&sizes[kMixerFontLongNames], layout.buttons[i], widths.names[i]);
+    sizes[kMixerFontLongNames] = std::max(sizes[kMixerFontLongNames], kMixerMinName);
 }

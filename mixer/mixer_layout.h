@@ -59,13 +59,22 @@ struct MixerLayout {
 MixerLayout LayOutMixer(int width, int height, const MixerTextWidths& widths, int columns);
 
 // ---- letters: one size a kind, so that like things look alike
-enum MixerFont { kMixerFontButtons, kMixerFontNames, kMixerFontMessage, kMixerFonts };
+enum MixerFont {
+    kMixerFontButtons,
+    kMixerFontNames,
+    kMixerFontLongNames, // names too long for the letters of the others
+    kMixerFontMasters,
+    kMixerFontMessage,
+    kMixerFonts
+};
 MixerFont MixerFontOf(int fixedId);
-// Cell heights in pixels. Names shrink to kMixerMinName at most; what is wider then is cut.
-// `large` ("Large Font Size") uses up the room that is otherwise left free.
+// Cell heights in pixels. Names get the size at which enough of them fit, so that one long name
+// does not make all the others small; long ones shrink to kMixerMinName and are cut then. `large`
+// ("Large Font Size") uses up the room that is otherwise left free.
 constexpr int kMixerMinLetter = 7;
 constexpr int kMixerMinName = 9;
 void MixerLetterSizes(const MixerLayout& layout, const MixerTextWidths& widths, int columns,
                       int large, int (&sizes)[kMixerFonts]);
+int EnoughMixerNames(int fitting, int columns); // three of four
 // Pixels for the letters on a button of that width.
 int MixerNameRoom(int buttonWidth);

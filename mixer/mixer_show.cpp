@@ -22,7 +22,7 @@ int FollowMixerBar(MixerBar* bar, int percent) {
 void FitMixerName(const char* name, int room, MeasureName measure, void* context, char* fitted,
                   int size) {
     static constexpr char kDots[] = "...";
-    constexpr int kDotCount = 3, kFewest = 2;
+    constexpr int kDotCount = 3, kFewest = 4;
     const int whole = std::min(static_cast<int>(strlen(name)), size - 1);
     int length = whole, dots = 0;
     if (measure(name, whole, context) > room) {

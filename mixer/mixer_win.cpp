@@ -106,9 +106,9 @@ static void ShowDestination(MixerWindow* mixer) {
     ShowMixerColumns(mixer); // after their values are known
 }
 
-// The device may have been changed or taken away, and another engine may have taken the place of
-// the one that this window was registered with.
-static void OnTimer(MixerWindow* mixer) {
+// Everything is looked up anew: the device may have been changed or taken away, and another engine
+// may have taken the place of the one that this window was registered with.
+static void Update(MixerWindow* mixer) {
     RegisterMixerWindow(mixer->window);
     const int changed = ReadSources(mixer);
     ReadMasters(mixer);
@@ -135,7 +135,7 @@ static void ToggleSource(MixerWindow* mixer, int column) {
 static void Configure(MixerWindow* mixer) {
     const HWND window = mixer->window;
     ConfigureMixer(window);
-    if (mixer->window == window) OnTimer(mixer);
+    if (mixer->window == window) Update(mixer);
 }
 
 static int OnCommand(MixerWindow* mixer, int id, int code) {
@@ -255,14 +255,10 @@ static LRESULT MixerProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam
             if (OnCommand(mixer, LOWORD(wParam), HIWORD(wParam))) return 0;
             break;
         case WM_TIMER:
-            if (wParam == kTimerId) {
-                OnTimer(mixer);
-                return 0;
-            }
-            if (wParam != kSoonTimerId) break;
+            if (wParam != kTimerId && wParam != kSoonTimerId) break;
             KillTimer(window, kSoonTimerId);
             mixer->refreshAhead = 0;
-            Refresh(mixer);
+            Update(mixer);
             return 0;
         case WM_VSCROLL:
             OnSlider(mixer, reinterpret_cast<HWND>(lParam), LOWORD(wParam), HIWORD(wParam));
