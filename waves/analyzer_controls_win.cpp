@@ -16,10 +16,10 @@
 #include "ui/window_thread_win.h"
 
 static constexpr int kMinLetter = 7;    // cell height in pixels
-static constexpr int kSmallLetter = 14; // up to here labels take all the room they have
+static constexpr int kUsualLetter = 14; // in windows of usual size
+static constexpr int kLargeLetter = 20; // in large ones
 static constexpr int kEdge = 2;         // of a button
 static constexpr int kTextAir = 1;      // between a label and the edge
-static constexpr int kMostLetter = 20;  // of indicators
 
 static int IsIndicator(int id) {
     return id >= kAnalyzerStereo && id <= kAnalyzerName;
@@ -98,11 +98,10 @@ namespace {
 struct Lettering {
     int first, count; // in kAnalyzerControlIds
     int edge;         // pixels of a control that letters must not cover, on each side
-    int most;
 };
 } // namespace
-static constexpr Lettering kButtonLetters = {0, kAnalyzerButtons, kEdge, 1000};
-static constexpr Lettering kTextLetters = {kAnalyzerButtons + 1, 2, 0, kMostLetter};
+static constexpr Lettering kButtonLetters = {0, kAnalyzerButtons, kEdge};
+static constexpr Lettering kTextLetters = {kAnalyzerButtons + 1, 3, 0};
 
 // The widest that may stand on it.
 static void WidestText(int index, char (&text)[kStringMax]) {
@@ -132,12 +131,14 @@ static int LettersFit(const AnalyzerWindow& analyzer, const Lettering& kind, HDC
     return fits;
 }
 
-// The largest that fits, less some air for large ones.
+// The largest that fits, but not larger than the display is in scale.
 static int LetterHeight(const AnalyzerWindow& analyzer, const Lettering& kind) {
     const HDC dc = CreateCompatibleDC(nullptr);
-    int low = kMinLetter, high = kind.most;
+    const int usual = std::clamp(analyzer.layout.panel.height / 20, kUsualLetter, kLargeLetter);
+    int low = kMinLetter, high = UIOptions.DoubleFontSize ? usual * 3 / 2 : usual;
     for (int i = kind.first; i < kind.first + kind.count; ++i)
-        high = std::min(high, analyzer.layout.controls[i].height);
+        if (analyzer.layout.controls[i].width)
+            high = std::min(high, analyzer.layout.controls[i].height);
     while (low < high) {
         const int middle = (low + high + 1) / 2;
         if (LettersFit(analyzer, kind, dc, middle))
@@ -146,8 +147,7 @@ static int LetterHeight(const AnalyzerWindow& analyzer, const Lettering& kind) {
             high = middle - 1;
     }
     DeleteDC(dc);
-    const int air = kind.edge && !UIOptions.DoubleFontSize;
-    return air ? std::min(low, std::max(kSmallLetter, low * 4 / 5)) : low;
+    return low;
 }
 
 static void GiveFonts(AnalyzerWindow* analyzer) {
@@ -158,10 +158,8 @@ static void GiveFonts(AnalyzerWindow* analyzer) {
              kLabelWeight, analyzer->controls, kAnalyzerButtons);
     GiveFont(&analyzer->textFont, FontFaceName, LetterHeight(*analyzer, kTextLetters), kLabelWeight,
              texts, 3);
-    int axis = 0;
-    for (int i = 0; i < analyzer->layout.paneCount; ++i)
-        axis = std::max(axis, std::max(analyzer->layout.panes[i].axis.height,
-                                       analyzer->layout.panes[i].caption.height));
+    const AnalyzerPane& pane = analyzer->layout.panes[0]; // all are alike
+    const int axis = std::max(pane.axis.height, pane.caption.height);
     GiveFont(&analyzer->axisFont, FontFaceName, std::max(axis, kMinLetter), FW_NORMAL, nullptr, 0);
 }
 

@@ -6,6 +6,7 @@
 static constexpr int kPanelAir = 2;  // the panel is that much larger than its group's content
 static constexpr int kButtonGap = 3; // between buttons
 static constexpr int kStripGap = 3;  // between strips of the display
+static constexpr int kLowPanel = 24; // panel height below which every pixel is for the columns
 static constexpr int kPairs = 5;     // buttons stand in pairs, the slider beside the last one
 static constexpr int kMarkHeight = 2;
 static constexpr int kLabelAir = 4; // between labels of the axis
@@ -60,10 +61,11 @@ struct Arrangement {
 static Arrangement ChooseArrangement(const Box& area) {
     const int width = area.width, height = area.height;
     if (width >= 300 && width * 10 >= height * 19 && height >= 84)
-        return {2, 1, Share(width * 3, 8, 124, 240)};
+        return {2, 1, Share(width, 3, 124, 240)};
     if (width >= 520 && width >= height * 2 && height >= 36)
         return {5, 1, Share(width * 2, 5, 270, 420)};
-    if (width >= 225 && height >= 100) return {5, 0, 2 * Share(height, 9, 16, 34) + kButtonGap};
+    if (width >= 225 && height >= 100 && (width >= 260 || height < 250))
+        return {5, 0, 2 * Share(height, 9, 16, 34) + kButtonGap};
     if (width >= 96 && height >= 180) return {2, 0, 5 * Share(height, 16, 14, 26) + 4 * kButtonGap};
     return {0, 0, 0};
 }
@@ -94,7 +96,7 @@ static void TakeButtons(AnalyzerLayout* layout, Box* area) {
 static void PlaceTexts(AnalyzerLayout* layout, const Box& strip) {
     static constexpr int kThree[] = {9, 14, 9}, kTwo[] = {4, 0, 6};
     Box boxes[3];
-    SplitRowBy(strip, strip.width >= 270 ? kThree : kTwo, 3, kStripGap, boxes);
+    SplitRowBy(strip, strip.width >= 330 ? kThree : kTwo, 3, kStripGap, boxes);
     layout->controls[kAnalyzerControls - 3] = boxes[0];
     layout->controls[kAnalyzerControls - 1] = boxes[1];
     layout->controls[kAnalyzerControls - 2] = boxes[2];
@@ -106,9 +108,9 @@ static int WholeTenths(int length) {
 }
 
 static void LayOutPane(AnalyzerPane* pane, Box area, int captioned) {
-    if (captioned && area.height >= 70)
-        pane->caption = TakeTop(&area, Share(area.height, 9, 10, 16), 1);
-    if (area.height >= 56) pane->axis = TakeBottom(&area, Share(area.height, 9, 9, 15), 1);
+    const int line = std::min(area.height / 6, Share(area.width, 24, 10, 15));
+    if (captioned && area.height >= 70) pane->caption = TakeTop(&area, line, 0);
+    if (area.height >= 56) pane->axis = TakeBottom(&area, line, 1);
     const int pad = area.height >= 40 ? 3 : area.height >= 20 ? 2 : 1; // the outline and air
     const int width = std::max(area.width - 2 * pad, 0),
               height = std::max(area.height - 2 * pad, 0);
@@ -171,9 +173,9 @@ static void LayOutDisplay(AnalyzerLayout* layout, Box area, const AnalyzerSettin
     if (!tiny)
         layout->panel = {area.left - kPanelAir, area.top - kPanelAir, area.width + 2 * kPanelAir,
                          area.height + 2 * kPanelAir};
-    area = InsetBox(layout->panel, tiny ? 2 : 5);
+    area = InsetBox(layout->panel, tiny ? (area.height < kLowPanel ? 0 : 2) : 5);
     if (area.height >= 64 && area.width >= 90)
-        PlaceTexts(layout, TakeTop(&area, Share(area.height, 8, 11, 22), kStripGap));
+        PlaceTexts(layout, TakeTop(&area, Share(area.height, 8, 11, 18), kStripGap));
     Box strip = {};
     if (area.height >= 24) strip = TakeBottom(&area, Share(area.height, 11, 4, 16), kStripGap);
     LayOutPanes(layout, area, settings);

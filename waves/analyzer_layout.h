@@ -24,7 +24,7 @@ constexpr int kAnalyzerButtons = 9;    // the first ones of them
 constexpr int kAnalyzerFirstTip = 800; // + 16 * channel + band: tooltips of the columns
 
 constexpr int kAnalyzerMargin = 7;     // pixels round everything
-constexpr int kAnalyzerTinyMargin = 3; // in a window that shows the display alone
+constexpr int kAnalyzerTinyMargin = 2; // in a window that shows the display alone
 constexpr int kAnalyzerGroupGap = 7;   // between groups: room for their edges
 
 struct AnalyzerPane {

@@ -191,11 +191,16 @@ static int OnCreateControls(HWND window) {
     return SetTimer(window, kFrameTimer, kFrameMs, nullptr) != 0;
 }
 
-// The display is left out: its picture covers it, and an erased one would flicker.
-static void SpareDisplay(const AnalyzerWindow& analyzer, HDC dc) {
-    if (!analyzer.canvas.dc) return;
+// The display is left out: its picture covers it, and an erased one would flicker. Painting uses
+// the same dc, without that clipping.
+static LRESULT EraseAround(const AnalyzerWindow& analyzer, WPARAM wParam) {
+    const HDC dc = reinterpret_cast<HDC>(wParam);
+    const int saved = SaveDC(dc);
     const RECT panel = RectOf(analyzer.layout.panel);
-    ExcludeClipRect(dc, panel.left, panel.top, panel.right, panel.bottom);
+    if (analyzer.canvas.dc) ExcludeClipRect(dc, panel.left, panel.top, panel.right, panel.bottom);
+    const LRESULT result = PassOnMessage(&s_component, analyzer.window, WM_ERASEBKGND, wParam, 0);
+    RestoreDC(dc, saved);
+    return result;
 }
 
 static LRESULT AnalyzerProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
@@ -211,7 +216,7 @@ static LRESULT AnalyzerProc(HWND window, UINT message, WPARAM wParam, LPARAM lPa
                           static_cast<short>(HIWORD(lParam)));
             return 0;
         case WM_DISPLAYCHANGE: SetTimer(window, kDisplayTimer, kDisplayMs, nullptr); break;
-        case WM_ERASEBKGND: SpareDisplay(*analyzer, reinterpret_cast<HDC>(wParam)); break;
+        case WM_ERASEBKGND: return EraseAround(*analyzer, wParam);
         case WM_PAINT: PaintAnalyzer(analyzer); return 0;
         }
     return PassOnMessage(&s_component, window, message, wParam, lParam);
