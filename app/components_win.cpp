@@ -4,6 +4,8 @@
 #include "cd/player_win.h"
 #include "core/commands.h"
 #include "core/shared_block.h"
+#include "mixer/engine_win.h"
+#include "mixer/mixer_win.h"
 #include "resources/ids.h"
 #include "waves/analyzer_win.h"
 #include "waves/meter_win.h"
@@ -52,6 +54,27 @@ static ComponentEntry WavesEngineRow() {
     row.configureCommand = kConsoleConfigureWaves;
     row.Configure = ConfigureWaves;
     row.PostCommand = PostWavesCommand;
+    return row;
+}
+
+static ComponentEntry MixerEngineRow() {
+    ComponentEntry row = {};
+    row.traits.kind = kEngineComponent;
+    row.traits.command = kConsoleMixerEngine;
+    row.traits.onValue = "MixerEngineOn";
+    row.traits.restoreRank = 3;
+    row.traits.stopRank = 22;
+    row.thread = MixerEngineThread();
+    row.label = IDS_MIXER_ENGINE;
+    row.shortLabel = IDS_MIXER_ENGINE_SHORT;
+    row.tip = IDS_MIXER_ENGINE_TIP;
+    row.menu = IDS_MIXER_ENGINE;
+    row.engage = IDS_MIXER_ENGINE_ENGAGE;
+    row.disengage = IDS_MIXER_ENGINE_DISENGAGE;
+    row.configureText = IDS_MIXER_ENGINE_CONFIGURE;
+    row.configureCommand = kConsoleConfigureMixer;
+    row.Configure = ConfigureMixer;
+    row.PostCommand = PostMixerCommand;
     return row;
 }
 
@@ -109,6 +132,24 @@ static ComponentEntry ScopeRow() {
     return row;
 }
 
+static ComponentEntry MixerRow() {
+    ComponentEntry row = {};
+    row.traits.kind = kWindowComponent;
+    row.traits.windowId = kMixerWindowId;
+    row.traits.command = kConsoleMixer;
+    row.traits.engine = kConsoleMixerEngine;
+    row.traits.onValue = "MixerUI";
+    row.traits.restoreRank = 7;
+    row.traits.stopRank = 5;
+    row.traits.withEngineRank = 1;
+    row.thread = MixerThread();
+    row.label = IDS_MIXER;
+    row.shortLabel = IDS_SHORT_NAMES + kMixerWindowId;
+    row.tip = IDS_MIXER_TIP;
+    row.menu = IDS_MIXER;
+    return row;
+}
+
 static ComponentEntry VolumeIconRow() {
     ComponentEntry row = {};
     row.traits.kind = kIconComponent;
@@ -126,10 +167,21 @@ static ComponentEntry VolumeIconRow() {
     return row;
 }
 
+static int GetMasterVolume() {
+    return MixerMasterVolume(-1);
+}
+
+static int ToggleMute() {
+    return MixerMasterOn(!MixerMasterOn(-1));
+}
+
 const ComponentTable* Components() {
-    static const ComponentEntry s_rows[] = {CdEngineRow(), WavesEngineRow(), CdPlayerRow(),
-                                            AnalyzerRow(), ScopeRow(),       VolumeIconRow()};
+    static const ComponentEntry s_rows[] = {CdEngineRow(), WavesEngineRow(), MixerEngineRow(),
+                                            CdPlayerRow(), AnalyzerRow(),    ScopeRow(),
+                                            MixerRow(),    VolumeIconRow()};
+    static const VolumeControl s_volume = {GetMasterVolume, MixerMasterVolume, ToggleMute,
+                                           RegisterMixerWindow};
     static const ComponentTable s_table = {s_rows, static_cast<int>(sizeof s_rows / sizeof *s_rows),
-                                           nullptr};
+                                           &s_volume};
     return &s_table;
 }

@@ -25,12 +25,13 @@ struct ComponentEntry {
     int (*PostCommand)(UINT command, LPARAM argument);
 };
 
-// Master volume in percent, 0 to 100. Null while there is no mixer: the console's volume bar then
-// stands there disabled and the wheel moves nothing.
+// The mixer as the console knows it. Null while a build has none, and 0 all over while its engine
+// is off: the volume bar then stands there disabled and the wheel moves nothing.
 struct VolumeControl {
-    int (*GetMasterVolume)();
-    int (*SetMasterVolume)(int percent);
-    int (*ToggleMute)();
+    int (*GetMasterVolume)();            // percent, 0 to 100
+    int (*SetMasterVolume)(int percent); // the percent before
+    int (*ToggleMute)();                 // 1 when it was on before
+    int (*RegisterWindow)(HWND window);  // for kNotifyMixer, until the engine stops
 };
 
 // Made in app/ and handed to the console; rows live as long as the program. Table order is the

@@ -146,7 +146,7 @@ static void SwitchOn(int row) {
     ShowStarted(row);
     ShowRowState(row);
     SaveOnValue(row, RowIsOn(row));
-    if (engine) RefreshVolumeBar();
+    if (engine) JoinMixer();
 }
 
 void ToggleComponent(int row) {

@@ -12,11 +12,13 @@
 #include "ui/tooltips_win.h"
 #include "ui/trackbar_win.h"
 
+#include <algorithm>
 #include <initializer_list>
 
 constexpr UINT kBrandId = 790;
 constexpr UINT kVolumeId = 791;
 constexpr int kVolumeMax = 100;
+constexpr int kMinVolume = 1, kMaxVolume = 99; // for changes asked for by other processes
 
 // The display strip is darker than the panel round it, as the players' displays are.
 static COLORREF StripColor() {
@@ -72,6 +74,7 @@ int CreateConsoleControls() {
     s_console.volume = CreateTNVTrackBar(kTrackBarVertical | WS_VISIBLE, 0, 0, 0, 0,
                                          s_console.window, kVolumeId, instance);
     SetTrackBarRange(s_console.volume, 0, kVolumeMax, 0);
+    s_console.volumeRead = -1;
     AddToolTipFromString(s_console.tooltips, s_console.window, s_console.volume,
                          IDS_CONSOLE_VOLUME_TIP);
     RefreshVolumeBar();
@@ -97,17 +100,49 @@ void ShowRowState(int row) {
     SetRowLook(row, RowIsOn(row));
 }
 
-void RefreshVolumeBar() {
-    if (s_console.shuttingDown || !s_console.volume) return;
-    const VolumeControl* volume = s_console.start.table->volume;
+static int VolumeIsUsable() {
     int engineRuns = 0;
     for (int row = 0; row < RowCount(); ++row)
         if (Row(row).thread->runningBit == kRunningMixer) engineRuns = RowIsOn(row);
-    const int usable = volume && engineRuns;
+    return s_console.start.table->volume && engineRuns;
+}
+
+// A percent may read back lower than it was set. The bar therefore moves only when another value is
+// read than it stands for already, or each step of the wheel would begin a little lower.
+void RefreshVolumeBar() {
+    if (s_console.shuttingDown || !s_console.volume) return;
+    const int usable = VolumeIsUsable();
     EnableWindow(s_console.volume, usable);
     SetTrackBarColors(s_console.volume, usable ? Colors.BtnLtClr : Colors.CmpntBkClr,
                       Colors.CmpntBkClr);
-    SetTrackBarPos(s_console.volume, kVolumeMax - (usable ? volume->GetMasterVolume() : 0));
+    const int percent = usable ? s_console.start.table->volume->GetMasterVolume() : 0;
+    if (percent == s_console.volumeRead) return;
+    s_console.volumeRead = s_console.volumeShown = percent;
+    SetTrackBarPos(s_console.volume, kVolumeMax - percent);
+}
+
+static void SetVolume(int percent) {
+    const VolumeControl* volume = s_console.start.table->volume;
+    volume->SetMasterVolume(percent);
+    s_console.volumeShown = percent;
+    s_console.volumeRead = volume->GetMasterVolume();
+}
+
+void OnVolumeScroll(int position) {
+    if (VolumeIsUsable()) SetVolume(kVolumeMax - position);
+}
+
+void ChangeVolume(int delta) {
+    if (!VolumeIsUsable()) return;
+    RefreshVolumeBar();
+    const long long wanted = static_cast<long long>(s_console.volumeShown) + delta;
+    SetVolume(static_cast<int>(std::clamp<long long>(wanted, kMinVolume, kMaxVolume)));
+    SetTrackBarPos(s_console.volume, kVolumeMax - s_console.volumeShown);
+}
+
+void JoinMixer() {
+    if (VolumeIsUsable()) s_console.start.table->volume->RegisterWindow(s_console.window);
+    RefreshVolumeBar();
 }
 
 int LampAt(POINT point) {

@@ -20,6 +20,8 @@ struct ConsoleState {
     int lit[kMaxComponents];       // its colours are those of "on"
     HWND brand, minimize, close, volume;
     HWND tooltips;
+    int volumeShown; // percent that the volume bar stands at
+    int volumeRead;  // what that reads as; below 0 nothing was read yet
     ConsoleLayout layout;
     CachedFont font;
 
@@ -60,6 +62,9 @@ void PaintConsole(HDC dc);
 void SetRowLook(int row, int on);
 void ShowRowState(int row); // button or lamp in the colours of the component's state
 void RefreshVolumeBar();
+void OnVolumeScroll(int position);
+void ChangeVolume(int delta); // percent, within 1 to 99
+void JoinMixer();             // its engine may have started: hears of changes, and shows the volume
 // Row of the lamp at a client point, -1 none.
 int LampAt(POINT point);
 

@@ -9,13 +9,11 @@
 #include "ui/framework_win.h"
 #include "ui/window_thread_win.h"
 
-#include <algorithm>
 #include <cstring>
 #include <windowsx.h>
 
 constexpr UINT_PTR kTimerId = 799;
 constexpr UINT kTimerMs = 1000;
-constexpr int kMinVolume = 1, kMaxVolume = 99; // for changes asked for by the visuals host
 
 ConsoleState s_console;
 
@@ -192,13 +190,8 @@ static void OnTimer() {
             PostEngineCommand(kConsoleCdEngine, kCdStop, 0);
         PostMessageA(s_console.window, WM_CLOSE, 0, 0);
     }
-    const VolumeControl* volume = s_console.start.table->volume;
     const int delta = static_cast<int>(ExchangeShared(SHARED_FIELD(VolumeDelta), 0));
-    if (delta && volume) {
-        const long long wanted = static_cast<long long>(volume->GetMasterVolume()) + delta;
-        volume->SetMasterVolume(
-            static_cast<int>(std::clamp<long long>(wanted, kMinVolume, kMaxVolume)));
-    }
+    if (delta) ChangeVolume(delta);
     if (ReadShared(SHARED_FIELD(CommandFlags)) & kCommandOpenFile) {
         const int row = RowByWindowId(kMediaWindowId);
         if (row >= 0 && !RowIsOn(row)) ToggleComponent(row);
@@ -214,11 +207,6 @@ static void OnWheel(WPARAM wParam) {
         PostEngineCommand(kConsoleCdEngine, delta > 0 ? kCdNext : kCdPrevious, 1);
     else
         OnCommand(kWheelStep, delta > 0);
-}
-
-static void OnVolumeScroll(WPARAM wParam) {
-    const VolumeControl* volume = s_console.start.table->volume;
-    if (volume) volume->SetMasterVolume(100 - HIWORD(wParam));
 }
 
 static void OnTaskbarCreated() {
@@ -324,7 +312,7 @@ static LRESULT CALLBACK ConsoleProc(HWND window, UINT message, WPARAM wParam, LP
         if (wParam == kTimerId) OnTimer();
         return 0;
     case WM_VSCROLL:
-        if (reinterpret_cast<HWND>(lParam) == s_console.volume) OnVolumeScroll(wParam);
+        if (reinterpret_cast<HWND>(lParam) == s_console.volume) OnVolumeScroll(HIWORD(wParam));
         return 0;
     default: break;
     }
