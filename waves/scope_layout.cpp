@@ -112,7 +112,7 @@ static int FontSize(const ScopeLayout& layout, const ScopeTextWidths& widths, in
     int size = kMaxRow;
     for (int i = from; i < to; ++i) {
         const Box& box = layout.boxes[i];
-        size = std::min(size, box.height - edge);
+        size = std::min(size, box.height - (large ? edge : 3 * edge));
         if (widths.width[i])
             size = std::min(size, (box.width - 2 * (edge + kTextAir)) * 1000 / widths.width[i]);
     }
@@ -125,7 +125,7 @@ static int FontSize(const ScopeLayout& layout, const ScopeTextWidths& widths, in
 void ScopeFontSizes(const ScopeLayout& layout, const ScopeTextWidths& widths, int large,
                     int* buttons, int* indicators) {
     *buttons = FontSize(layout, widths, large, kIndicators, kCells, kButtonEdge);
-    *indicators = FontSize(layout, widths, large, 0, kIndicators, 0);
+    *indicators = std::min(FontSize(layout, widths, large, 0, kIndicators, 0), *buttons);
 }
 
 int ScopeLegendHeight(const Box& display, int panes, int vertical) {
@@ -137,24 +137,22 @@ int ScopeLegendHeight(const Box& display, int panes, int vertical) {
 // ---- panes
 
 // One pane: the outline 2 pixels inside it, what it holds 2 pixels inside that.
-static ScopePane PaneIn(const Box& area, const int* legendWidth) {
+static ScopePane PaneIn(const Box& area, int legendWidth) {
     ScopePane pane = {};
     pane.frame = InsetBox(area, kPaneInset);
     pane.trace = InsetBox(pane.frame, kPaneInset);
     pane.divider = -1;
-    if (!legendWidth) return pane;
-    const int width = *legendWidth + 2 * kLegendAir;
-    if (pane.trace.width < 2 * width) return pane; // no room for both
+    const int width = legendWidth + 2 * kLegendAir;
+    if (!legendWidth || pane.trace.width < 2 * width) return pane; // no room for both
     pane.legend = {pane.trace.left, pane.trace.top, width, pane.trace.height};
     pane.divider = pane.trace.left + width;
     TakeLeft(&pane.trace, width, 1);
     return pane;
 }
 
-void LayOutPanes(const Box& display, int panes, int vertical, const int* legendWidths,
-                 ScopePane* out) {
+void LayOutPanes(const Box& display, int panes, int vertical, int legendWidth, ScopePane* out) {
     if (panes == 1) {
-        out[0] = PaneIn(display, legendWidths);
+        out[0] = PaneIn(display, legendWidth);
         return;
     }
     // The second one begins one pixel after the middle.
@@ -168,6 +166,6 @@ void LayOutPanes(const Box& display, int panes, int vertical, const int* legendW
         second.left += first.width + 1;
         second.width = std::max(display.width - first.width - 1, 0);
     }
-    out[0] = PaneIn(first, legendWidths);
-    out[1] = PaneIn(second, legendWidths ? legendWidths + 1 : nullptr);
+    out[0] = PaneIn(first, legendWidth);
+    out[1] = PaneIn(second, legendWidth);
 }

@@ -54,6 +54,6 @@ struct ScopePane {
     int divider; // column of the line after the legend; -1 without
     Box trace;
 };
-// One pane or two, in client coordinates. legendWidths: pixels of the texts; null for no legends.
-void LayOutPanes(const Box& display, int panes, int vertical, const int* legendWidths,
-                 ScopePane* out);
+// One pane or two. legendWidth: pixels of the widest text, so that traces one above the other begin
+// alike; 0 for no legends.
+void LayOutPanes(const Box& display, int panes, int vertical, int legendWidth, ScopePane* out);

@@ -47,21 +47,23 @@ static UINT LegendOf(int panes, int pane) {
     return pane ? IDS_SCOPE_RIGHT_LEGEND : IDS_SCOPE_LEFT_LEGEND;
 }
 
-// Makes the legends' font and measures them with it.
-static void MeasureLegends(ScopeWindow* scope, HDC dc, int (&widths)[kMaxPanes]) {
+// Makes the legends' font; the width of the wider one.
+static int MeasureLegends(ScopeWindow* scope, HDC dc) {
+    int widest = 0;
     const Box area = {0, 0, scope->picture.width, scope->picture.height};
     const int height =
         ScopeLegendHeight(area, scope->panes, static_cast<int>(scope->settings.vertical));
-    GiveFont(&scope->legendFont, FontFaceName, height, kLabelWeight, nullptr, 0);
+    GiveFont(&scope->legendFont, FontFaceName, height, FW_NORMAL, nullptr, 0);
     const HGDIOBJ before = SelectObject(dc, scope->legendFont.font);
     for (int pane = 0; pane < scope->panes; ++pane) {
         char text[kStringMax];
         SIZE size = {};
         const int length = LoadText(LegendOf(scope->panes, pane), text);
         GetTextExtentPoint32A(dc, text, length, &size);
-        widths[pane] = size.cx;
+        widest = std::max(widest, static_cast<int>(size.cx));
     }
     SelectObject(dc, before);
+    return widest;
 }
 
 static void DrawFrame(const ScopeWindow& scope, int pane) {
@@ -103,13 +105,11 @@ static void BeginTrace(ScopeWindow* scope, ScopeTrace* trace) {
 
 static void DrawBackground(ScopeWindow* scope, int panes) {
     const Canvas& picture = scope->picture;
-    int widths[kMaxPanes] = {};
-    const int legends = static_cast<int>(scope->settings.legends);
     scope->panes = panes;
-    if (legends) MeasureLegends(scope, picture.dc, widths);
+    const int legendWidth = scope->settings.legends ? MeasureLegends(scope, picture.dc) : 0;
     ScopePane places[kMaxPanes] = {};
     LayOutPanes({0, 0, picture.width, picture.height}, panes,
-                static_cast<int>(scope->settings.vertical), legends ? widths : nullptr, places);
+                static_cast<int>(scope->settings.vertical), legendWidth, places);
     PatBlt(picture.dc, 0, 0, picture.width, picture.height, BLACKNESS);
     for (int pane = 0; pane < panes; ++pane) {
         scope->traces[pane].place = places[pane];
