@@ -34,6 +34,13 @@ protected:
         peer->block->PowerLeft = left;
         peer->block->PowerRight = right;
     }
+    static bool IsOn() { return ReadWindowDword(1, "VolumeMeterTBIcon", 9) == 1; }
+    // A dialog that has come up in full; null when it does not.
+    static HWND Dialog(const char* caption) {
+        HWND found = nullptr;
+        WaitUntil([&] { return IsWindowVisible(found = FindWindowA(nullptr, caption)) != 0; });
+        return found;
+    }
     static HWND Window() { return FindWindowA(kMeterClass, nullptr); }
     static HWND Tray() { return FindWindowA("__winex11_standalone_tray", nullptr); }
     // Heights of the columns in hexadecimal; empty without an icon.
@@ -69,30 +76,30 @@ TEST_F(MeterTest, ShowsThePowerInEveryLayoutAndKeepsItsSettings) {
         float left, right;
         const char* wanted;
     } steps[] = {{0, 2048, 100, 200, "4444444088888880"}, // of 400, by the gain
-                 {kMeterCenter, 2048, 100, 200, "4444466666688888"},
-                 {kMeterLeftRight, 2048, 100, 200, "6666666666666666"},
-                 {kMeterCenter, 2048, 100, 500, "44444440ggggggg0"},
-                 {0, 512, 0.1f, 0.2f, "4444444088888880"}}; // 8 bit: of 400 / 1024
+                 {kMeterLeftRight, 2048, 100, 500, "44444440ggggggg0"},
+                 {kMeterCenter, 2048, 100, 200, "6666666666666666"},
+                 {kMeterLeftRight, 2048, 100, 200, "4444466666688888"},
+                 {kMeterLeftRight, 512, 0.1f, 0.2f, "6666666666666666"}}; // 8 bit: of 400 / 1024
     for (const auto& step : steps) {
         if (step.command) Command(Window(), step.command);
         Publish(step.format, step.left, step.right);
         EXPECT_TRUE(Shows(step.wanted)) << Shown() << " not " << step.wanted;
     }
-    EXPECT_EQ(ReadRegDword(kUserRoot, kKey, "LeftRight"), 0u);
+    EXPECT_EQ(ReadRegDword(kUserRoot, kKey, "Center"), 1u);
     // The picture moves under the open dialog, whose values count after OK and after a restart.
     Command(Window(), kMeterConfigure);
-    ASSERT_TRUE(WaitUntil([] { return FindWindowA(nullptr, kDialog) != nullptr; }));
-    const HWND dialog = FindWindowA(nullptr, kDialog);
-    Publish(2048, 50, 400);
-    EXPECT_TRUE(Shows("22222220ggggggg0")) << Shown();
+    const HWND dialog = Dialog(kDialog);
+    ASSERT_TRUE(dialog);
+    Publish(2048, 100, 400);
+    EXPECT_TRUE(Shows("aaaaaaaaaaaaaaaa")) << Shown();
     Ask(Child(dialog, IDC_METER_GAIN), TBM_SETPOS, TRUE, 80);
     Ask(dialog, WM_HSCROLL, TB_ENDTRACK, 0);
     EXPECT_EQ(ChildText(dialog, IDC_METER_GAIN_VALUE), "full bar at 80 %");
     // A colour of its own, mixed in the chooser that the swatch opens.
     const HWND swatch = Child(dialog, IDC_METER_FOREGROUND);
     PostMessageA(swatch, BM_CLICK, 0, 0);
-    ASSERT_TRUE(WaitUntil([] { return FindWindowA(nullptr, "Color") != nullptr; }));
-    const HWND chooser = FindWindowA(nullptr, "Color");
+    const HWND chooser = Dialog("Color");
+    ASSERT_TRUE(chooser);
     const char* const mixed[] = {"250", "100", "20"};
     for (int i = 0; i < 3; ++i)
         Ask(Child(chooser, 706 + i), WM_SETTEXT, 0, reinterpret_cast<LPARAM>(mixed[i]));
@@ -106,11 +113,11 @@ TEST_F(MeterTest, ShowsThePowerInEveryLayoutAndKeepsItsSettings) {
         return color == bars;
     }));
     Command(dialog, IDOK);
-    EXPECT_TRUE(Shows("1111111088888880")) << Shown();
+    EXPECT_TRUE(Shows("5555555555555555")) << Shown();
     EXPECT_EQ(Close(), 0);
     StartSilent();
-    Publish(2048, 50, 400);
-    EXPECT_TRUE(Shows("1111111088888880")) << Shown();
+    Publish(2048, 100, 400);
+    EXPECT_TRUE(Shows("5555555555555555")) << Shown();
 }
 
 TEST_F(MeterTest, ComesBackWithTheShellAndGoesWhenSwitchedOff) {
@@ -133,19 +140,21 @@ TEST_F(MeterTest, ComesBackWithTheShellAndGoesWhenSwitchedOff) {
     };
     const int before = frames(20);
     EXPECT_LE(frames(300), before + 2);
-    // Off with its dialog open, then with its thread hung.
+    // Off with its dialog open, then with its thread hung: the icon goes no later than they do.
     Command(Window(), kMeterConfigure);
-    ASSERT_TRUE(WaitUntil([] { return FindWindowA(nullptr, kDialog) != nullptr; }));
+    ASSERT_TRUE(Dialog(kDialog));
     Command(FindConsole(), kConsoleVolumeIcon);
-    EXPECT_TRUE(WaitUntil([&] { return Shown().empty() && !FindWindowA(nullptr, kDialog); }, 1500));
+    ASSERT_TRUE(WaitUntil([] { return !Window(); }));
+    EXPECT_EQ(Shown(), "");
+    EXPECT_FALSE(FindWindowA(nullptr, kDialog));
     Command(FindConsole(), kConsoleVolumeIcon);
-    ASSERT_TRUE(WaitUntil([&] { return !Shown().empty(); }));
+    ASSERT_TRUE(WaitUntil([&] { return !Shown().empty() && IsOn(); }));
     const HANDLE thread =
         OpenThread(THREAD_SUSPEND_RESUME, FALSE, GetWindowThreadProcessId(Window(), nullptr));
     SuspendThread(thread);
     CloseHandle(thread);
     Command(FindConsole(), kConsoleVolumeIcon);
-    EXPECT_TRUE(WaitUntil([&] { return Shown().empty(); }));
-    EXPECT_TRUE(WaitUntil([] { return ReadWindowDword(1, "VolumeMeterTBIcon", 9) == 0; }));
+    ASSERT_TRUE(WaitUntil([] { return !IsOn(); }));
+    EXPECT_EQ(Shown(), "");
     EXPECT_EQ(Close(), 0);
 }
