@@ -137,7 +137,7 @@ function(tonvista_tests)
         set(lib ${room} ${TONVISTA_SYSTEM_LIBS})
       endif()
       tonvista_test(windows_${room} "${sources}" ${lib} resources)
-      if(room MATCHES "^(cd|discdrive)$" AND TARGET tonvdisc) # they play from it
+      if(room MATCHES "^(cd|discdrive|waves)$" AND TARGET tonvdisc) # they play from it
         target_link_libraries(windows_${room} PRIVATE driver)
         add_dependencies(windows_${room} tonvdisc)
       endif()

@@ -1,0 +1,285 @@
+// The engine over a wave input of the test's making: refusing, silent, gone, stuck; and its dialog.
+#include "core/commands.h"
+#include "core/settings.h"
+#include "core/shared_block.h"
+#include "fake_input.h"
+#include "fake_sound.h"
+#include "resources/ids.h"
+#include "tests/support/driver_win.h"
+#include "waves/engine_win.h"
+#include "waves/loopback_win.h"
+
+#include <gtest/gtest.h>
+
+constexpr const char* kWavesKey = "Software\\Tonvista\\Waves";
+
+static uint32_t Stored(const char* name) {
+    return ReadRegDword(kUserRoot, kWavesKey, name);
+}
+
+namespace {
+class WavesEngine : public testing::Test {
+protected:
+    void SetUp() override {
+        DeleteRegTree(kUserRoot, kWavesKey);
+        SharedBlock = OpenSharedBlock();
+        TheInput = FakeInput();
+        s_sound = {.missing = 1};
+        TheLoopbackSource.MakeEnumerator = MakeFakeEnumerator;
+        ForgetLoopbackVerdict();
+    }
+    void TearDown() override {
+        EXPECT_EQ(TheInput.wrong, 0) << "a driver would not like that";
+        TheInput.holdsOn = 0;
+        StopComponentThread(WavesEngineThread());
+        EXPECT_EQ(TheInput.open, 0);
+        CloseSharedBlock(SharedBlock);
+        SharedBlock = nullptr;
+        TheLoopbackSource = kept;
+    }
+    static bool Start() {
+        return StartComponentThread(WavesEngineThread(), GetModuleHandleA(nullptr), nullptr);
+    }
+    static LRESULT Do(UINT command, WORD device = 0, WORD format = 0) {
+        return SendMessageA(Window(), WM_COMMAND, command, MAKELPARAM(device, format));
+    }
+    // Seconds without sound go by.
+    static void Watch(int seconds = 1) {
+        for (int i = 0; i < seconds; ++i) {
+            TheClockAhead += 1001;
+            SendMessageA(Window(), WM_TIMER, 600, 0);
+        }
+    }
+    static bool Sounds(int level) {
+        DeliverBuffer(level);
+        return WaitUntil([=] { return SharedBlock->SoundBuffer[4095] == level; }, 1000);
+    }
+    static HWND Window() { return WavesEngineThread()->Window; }
+    const LoopbackSource kept = TheLoopbackSource;
+};
+} // namespace
+
+TEST_F(WavesEngine, RefusedQueueingIsTriedThirtyTwoTimesThenTheWatchdogBegins) {
+    ASSERT_TRUE(Start());
+    TheInput.refuseQueueing = 31;
+    EXPECT_TRUE(Sounds(1));
+    EXPECT_TRUE(WaitUntil([] { return TheInput.queue.size() == 3; }));
+    EXPECT_EQ(TheInput.queueings, 3 + 32);
+    TheInput.refuseQueueing = 3 * 32;
+    for (int level = 2; level < 5; ++level)
+        EXPECT_TRUE(Sounds(level));
+    EXPECT_TRUE(WaitUntil([] { return !TheInput.refuseQueueing; }));
+    EXPECT_EQ(TheInput.queue.size(), 0u);
+    Watch();
+    EXPECT_EQ(TheInput.queue.size(), 3u);
+    EXPECT_TRUE(Sounds(5));
+    EXPECT_EQ(TheInput.opens, 1);
+}
+
+TEST_F(WavesEngine, BuffersOfAnEarlierOpenDoNotCount) {
+    ASSERT_TRUE(Start());
+    EXPECT_TRUE(Sounds(9));
+    WAVEHDR* old = TheInput.queue[0];
+    EXPECT_EQ(Do(kWavesReconfigure, 0, 1), 1); // the reset gives three back, unheard so far
+    SendMessageA(Window(), MM_WIM_DATA, 77, 1234);
+    SendMessageA(Window(), MM_WIM_DATA, 77, reinterpret_cast<LPARAM>(old));
+    EXPECT_TRUE(Sounds(7));
+    EXPECT_TRUE(WaitUntil([] { return TheInput.queue.size() == 3; }));
+    EXPECT_EQ(TheInput.queueings, 3 + 1 + 3 + 1);
+    EXPECT_EQ(Do(kWavesClose), 1);
+    SendMessageA(Window(), MM_WIM_DATA, 77, reinterpret_cast<LPARAM>(old));
+    EXPECT_EQ(TheInput.queueings, 8) << "nothing is queued on a closed device";
+}
+
+TEST_F(WavesEngine, SilentForHoursOrGoneItComesBackAndTakesNoMemory) {
+    ASSERT_TRUE(Start());
+    Watch(); // restarted, not opened
+    EXPECT_EQ(TheInput.opens, 1);
+    Watch();
+    EXPECT_EQ(TheInput.opens, 2);
+    Watch(2 * 3600);
+    EXPECT_EQ(TheInput.queue.size(), 3u);
+    EXPECT_EQ(TheInput.everSeen.size(), 3u) << "the same buffers all the time";
+    EXPECT_TRUE(Sounds(3));
+
+    TheInput.gone = 1;
+    Watch();
+    const int opens = TheInput.opens;
+    Watch(10);
+    EXPECT_EQ(TheInput.opens, opens + 10) << "tried each second";
+    TheInput.gone = 0;
+    Watch();
+    EXPECT_TRUE(Sounds(4));
+    EXPECT_EQ(TheInput.everSeen.size(), 3u);
+
+    TheInput.holdsOn = 1; // its driver does not let go: nothing else may be opened meanwhile
+    EXPECT_EQ(Do(kWavesReconfigure, 0, 1), 0);
+    Watch(3);
+    TheInput.holdsOn = 0;
+    Watch();
+    EXPECT_TRUE(Sounds(5));
+}
+
+TEST_F(WavesEngine, WhatIsWantedAndWhatIsOpen) {
+    TheInput.gone = 1;
+    EXPECT_FALSE(Start());
+    TheInput.gone = 0;
+    ASSERT_TRUE(Start());
+    EXPECT_EQ(TheInput.format.nAvgBytesPerSec, 176400u);
+    EXPECT_TRUE(PostWavesCommand(kWavesReconfigure, MAKELPARAM(0, 512)));
+    EXPECT_TRUE(WaitUntil([] { return Stored("InFormat") == 512u; }));
+    EXPECT_TRUE(SendWavesCommand(kWavesOpen, 0));
+    EXPECT_EQ(TheInput.opens, 3) << "it was open";
+    TheInput.refusedRate = 11025;
+    EXPECT_EQ(Do(kWavesReconfigure, 0, 1), 0);
+    EXPECT_EQ(TheInput.format.nAvgBytesPerSec, 88200u) << "the one before goes on";
+    EXPECT_EQ(Stored("InFormat"), 512u);
+
+    // Another publishes: nothing is captured, whatever time goes by.
+    EXPECT_EQ(Do(kWavesClose), 1);
+    SharedBlock->SoundFormat[2] = 99;
+    Watch(5);
+    EXPECT_EQ(TheInput.open, 0);
+    TheInput.devices = 2;
+    EXPECT_EQ(Do(kWavesReconfigure, 1, 1024), 1);
+    EXPECT_EQ(TheInput.device, 1u);
+    EXPECT_EQ(TheInput.open, 0) << "tried, stored and closed";
+    EXPECT_EQ(Stored("InDevice"), 1u);
+    EXPECT_EQ(Stored("InFormat"), 1024u);
+    EXPECT_EQ(SharedBlock->SoundFormat[2], 99) << "the other's format stands";
+    EXPECT_EQ(Do(kWavesOpen), 1);
+    EXPECT_EQ(TheInput.format.nAvgBytesPerSec, 88200u);
+    EXPECT_EQ(SharedBlock->SoundFormat[2], 1) << "known before the first buffer: mono";
+}
+
+TEST_F(WavesEngine, StuckDriverIsLeftAloneWithItsBuffers) {
+    ASSERT_TRUE(Start());
+    TheInput.stuckMs = INFINITE;
+    const DWORD start = GetTickCount();
+    StopComponentThread(WavesEngineThread());
+    EXPECT_LT(GetTickCount() - start, 8000u);
+    TheInput.stuckMs = 0;
+    TheInput.open = 0; // for the fake's accounts only
+    ASSERT_TRUE(Start());
+    EXPECT_EQ(TheInput.everSeen.size(), 6u) << "the old ones may be written to at any time";
+    TheInput.queue.erase(TheInput.queue.begin(), TheInput.queue.begin() + 3);
+    EXPECT_TRUE(Sounds(6));
+}
+
+TEST_F(WavesEngine, WhatYouHearIsSeededWhereThereIsNoInputAndPublishedInItsTime) {
+    s_sound.missing = 0;
+    SeedWavesDefaults();
+    EXPECT_FALSE(RegValueExists(kUserRoot, kWavesKey, "InDevice"));
+    TheInput.devices = 0;
+    SeedWavesDefaults();
+    EXPECT_EQ(Stored("InDevice"), 32768u);
+    ASSERT_TRUE(Start());
+    SharedBlock->SoundBuffer[0] = 1;
+    EXPECT_TRUE(WaitUntil([] { return !SharedBlock->SoundBuffer[0]; })) << "silence comes, too";
+    TheInput.devices = 1;
+    EXPECT_EQ(Do(kWavesReconfigure, 32780, 1), 0) << "there is no such output";
+    EXPECT_EQ(s_sound.from, 0) << "the one before goes on";
+    EXPECT_EQ(Do(kWavesReconfigure, 0, 1), 1);
+    EXPECT_TRUE(Sounds(77));
+}
+
+// ---- the dialog
+
+namespace {
+// Opens it on a thread of its own and closes it, if nobody has.
+struct Dialog {
+    Dialog() {
+        thread = CreateThread(nullptr, 0, Show, nullptr, 0, nullptr);
+        WaitUntil([&] { return (window = FindWindowA("#32770", "Waves Engine Configuration")); });
+        Ask(window, WM_NULL, 0, 0);
+    }
+    ~Dialog() {
+        if (IsWindow(window)) Command(window, IDCANCEL);
+        EXPECT_EQ(WaitForSingleObject(thread, kPatienceMs), WAIT_OBJECT_0);
+        CloseHandle(thread);
+    }
+    // Its texts, one after the other, the chosen one in brackets.
+    std::string List(int id) const {
+        std::string all;
+        const HWND list = GetDlgItem(window, id);
+        const LRESULT count = SendMessageA(list, CB_GETCOUNT, 0, 0);
+        for (LRESULT i = 0; i < count; ++i) {
+            char text[200] = "";
+            SendMessageA(list, CB_GETLBTEXT, i, reinterpret_cast<LPARAM>(text));
+            const bool chosen = SendMessageA(list, CB_GETCURSEL, 0, 0) == i;
+            all += (chosen ? "[" : "") + std::string(text) + (chosen ? "], " : ", ");
+        }
+        return all;
+    }
+    void Choose(int id, int index) const {
+        SendDlgItemMessageA(window, id, CB_SETCURSEL, index, 0);
+        SendMessageA(window, WM_COMMAND, MAKEWPARAM(id, CBN_SELENDOK), 0);
+    }
+    static DWORD WINAPI Show(void*) {
+        ConfigureWaves(nullptr);
+        return 0;
+    }
+    HWND window = nullptr;
+    HANDLE thread;
+};
+} // namespace
+
+TEST_F(WavesEngine, DialogListsAndStoresWithTheEngineOnAndOff) {
+    TheInput.devices = 2;
+    TheInput.formats = 1 | 2 | 64 | 512 | 2048;
+    {
+        const Dialog dialog;
+        EXPECT_EQ(dialog.List(IDC_WAVES_DEVICE), "[Input A], Input B, ");
+        EXPECT_EQ(dialog.List(IDC_WAVES_FORMAT),
+                  "11Khz Mono 8bit, 11Khz Stereo 8bit, 22Khz Mono 16bit, 44Khz Stereo 8bit, "
+                  "[44Khz Stereo 16bit], ");
+        EXPECT_EQ(dialog.List(IDC_WAVES_FFT),
+                  "[FFT All Data], FFT 1/2 Data, FFT 1/4 Data, FFT 1/8 Data, FFT 1/16 Data, "
+                  "Perform No FFTs, ");
+        dialog.Choose(IDC_WAVES_DEVICE, 1);
+        EXPECT_EQ(dialog.List(IDC_WAVES_FORMAT), "[44Khz Mono 16bit], ");
+        dialog.Choose(IDC_WAVES_FFT, 5);
+        dialog.Choose(IDC_WAVES_FORMAT, -1);
+        Command(dialog.window, IDOK); // nothing chosen: stays
+        EXPECT_TRUE(
+            WaitUntil([&] { return dialog.List(IDC_WAVES_FORMAT) == "[44Khz Mono 16bit], "; }));
+    } // and is cancelled
+    EXPECT_FALSE(RegValueExists(kUserRoot, kWavesKey, "InDevice"));
+    EXPECT_FALSE(RegValueExists(kUserRoot, kWavesKey, "FFTChoice"));
+    for (const int on : {0, 1}) {
+        ASSERT_TRUE(!on || Start());
+        {
+            const Dialog dialog;
+            dialog.Choose(IDC_WAVES_DEVICE, !on);
+            dialog.Choose(IDC_WAVES_FFT, 4 + on);
+            Command(dialog.window, IDOK);
+            EXPECT_TRUE(WaitUntil([&] { return !IsWindow(dialog.window); }));
+        }
+        EXPECT_TRUE(WaitUntil([&] { return Stored("InDevice") == 1u - on; }));
+        EXPECT_EQ(Stored("InFormat"), on ? 1u : 1024u) << "the first, where the stored one is not";
+        EXPECT_EQ(Stored("FFTChoice"), 4u + on);
+    }
+    SharedBlock->BandsLeft[0] = 5;
+    EXPECT_TRUE(Sounds(200));
+    EXPECT_TRUE(WaitUntil([] { return !SharedBlock->BandsLeft[0] && SharedBlock->PowerLeft; }))
+        << "no bands, but power";
+}
+
+TEST_F(WavesEngine, DialogWithoutADeviceSaysSoAndStoresNone) {
+    TheInput.devices = 0;
+    {
+        const Dialog dialog;
+        EXPECT_EQ(dialog.List(IDC_WAVES_DEVICE), "[No WaveIn Device Found], ");
+        EXPECT_EQ(dialog.List(IDC_WAVES_FORMAT), "[No Formats Available], ");
+        Command(dialog.window, IDOK);
+        EXPECT_TRUE(WaitUntil([&] { return !IsWindow(dialog.window); }));
+    }
+    EXPECT_FALSE(RegValueExists(kUserRoot, kWavesKey, "InDevice"));
+    s_sound.missing = 0;
+    const Dialog dialog;
+    EXPECT_EQ(dialog.List(IDC_WAVES_DEVICE).find("[What you hear: default output], What"), 0u);
+    EXPECT_EQ(dialog.List(IDC_WAVES_FORMAT),
+              "11Khz Mono 8bit, 11Khz Mono 16bit, 11Khz Stereo 8bit, 11Khz Stereo 16bit, "
+              "22Khz Mono 8bit, 22Khz Mono 16bit, 22Khz Stereo 8bit, 22Khz Stereo 16bit, "
+              "44Khz Mono 8bit, 44Khz Mono 16bit, 44Khz Stereo 8bit, [44Khz Stereo 16bit], ");
+}
