@@ -246,7 +246,7 @@ static int Sources(uint32_t destinationType, MixerSource* sources, int size) {
 static void Close() {
     const HMIXER old = s_handle;
     s_handle = nullptr;
-    if (old) mixerClose(old);
+    if (old) Good(mixerClose(old));
 }
 
 int OpenMixerDevice(UINT index, HWND window) {
@@ -255,7 +255,7 @@ int OpenMixerDevice(UINT index, HWND window) {
         return 0;
     const HMIXER old = s_handle;
     s_handle = handle;
-    if (old) mixerClose(old);
+    if (old) Good(mixerClose(old));
     return 1;
 }
 
@@ -265,8 +265,7 @@ int CountMixerDevices() {
 
 int MixerDeviceName(int index, char* name, int size) {
     MIXERCAPSA caps = {};
-    if (mixerGetDevCapsA(static_cast<UINT>(index), &caps, sizeof caps) != MMSYSERR_NOERROR)
-        return 0;
+    if (!Good(mixerGetDevCapsA(static_cast<UINT>(index), &caps, sizeof caps))) return 0;
     caps.szPname[sizeof caps.szPname - 1] = 0;
     CopyText(name, static_cast<size_t>(size), caps.szPname);
     return 1;
