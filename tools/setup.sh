@@ -3,7 +3,7 @@
 # virtual display, a sound server and test tools. Safe to call again and again: when everything is
 # there it says so in a fraction of a second and changes nothing.
 #
-#   tools/setup.sh [GROUP...]     build, lint, wine, fuzz; "build lint wine" unless told
+#   tools/setup.sh [GROUP...]     build, lint, wine, fuzz, bench; "build lint wine" unless told
 #
 # Runs as root, or through sudo for anybody else. Without network a complete machine still passes.
 set -euo pipefail
@@ -24,6 +24,7 @@ wine_packages=(
   asterisk-moh-opsound-wav                 # the music of the demonstration disc
 )
 fuzz_packages=(clang libclang-rt-14-dev llvm)
+bench_packages=(libfftw3-dev valgrind) # what a spectrum's speed is measured by
 
 say() { echo "setup: $*"; }
 die() { echo "setup: $*" >&2; exit 1; }
@@ -42,7 +43,8 @@ for group in "$@"; do
     lint) wanted+=("${lint_packages[@]}") ;;
     wine) wanted+=("${wine_packages[@]}") ;;
     fuzz) wanted+=("${fuzz_packages[@]}") ;;
-    *) die "unknown group $group (build, lint, wine, fuzz)" ;;
+    bench) wanted+=("${bench_packages[@]}") ;;
+    *) die "unknown group $group (build, lint, wine, fuzz, bench)" ;;
   esac
 done
 

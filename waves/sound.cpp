@@ -38,32 +38,25 @@ static void ReadFrames(const uint8_t* bytes, const SoundFormatRecord& format, in
 
 // ---- power
 
-static __m128i AddWidened(__m128i sum, __m128i four) {
+static __m128i Widened(__m128i four, bool high) { // two sums, left and right, in 64 bits each
     const __m128i zero = _mm_setzero_si128();
-    sum = _mm_add_epi64(sum, _mm_unpacklo_epi32(four, zero));
-    return _mm_add_epi64(sum, _mm_unpackhi_epi32(four, zero));
+    return high ? _mm_unpackhi_epi32(four, zero) : _mm_unpacklo_epi32(four, zero);
 }
 
-static int64_t Total(__m128i sum) {
-    alignas(16) int64_t halves[2];
-    _mm_store_si128(reinterpret_cast<__m128i*>(halves), sum);
-    return halves[0] + halves[1];
-}
-
-// The exact sums of squares, eight frames at a time. Two squares, 2^31 at most, fit 32 bits
+// The exact sums of squares, eight frames at a time: those of two frames, 2^31 at most, fit 32 bits
 // without a sign.
 static Power SumSquares(const StereoFrame* frames, int count) {
-    const __m128i leftOnly = _mm_set1_epi32(0xffff);
-    __m128i left = _mm_setzero_si128(), right = left;
+    __m128i sum = _mm_setzero_si128();
     const auto* four = reinterpret_cast<const __m128i*>(frames);
     for (int i = 0; i < count; i += 8, four += 2) {
         const __m128i a = _mm_loadu_si128(four), b = _mm_loadu_si128(four + 1);
-        const __m128i la = _mm_and_si128(a, leftOnly), lb = _mm_and_si128(b, leftOnly);
-        const __m128i ra = _mm_andnot_si128(leftOnly, a), rb = _mm_andnot_si128(leftOnly, b);
-        left = AddWidened(left, _mm_add_epi32(_mm_madd_epi16(la, la), _mm_madd_epi16(lb, lb)));
-        right = AddWidened(right, _mm_add_epi32(_mm_madd_epi16(ra, ra), _mm_madd_epi16(rb, rb)));
+        const __m128i low = _mm_unpacklo_epi16(a, b), high = _mm_unpackhi_epi16(a, b);
+        for (const __m128i both : {_mm_madd_epi16(low, low), _mm_madd_epi16(high, high)})
+            sum = _mm_add_epi64(sum, _mm_add_epi64(Widened(both, false), Widened(both, true)));
     }
-    return {Total(left), Total(right)};
+    Power power;
+    std::memcpy(&power, &sum, sizeof power);
+    return power;
 }
 
 // A held value that is no number, as another program may leave there, gives way at once.

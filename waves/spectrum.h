@@ -20,22 +20,35 @@ struct StereoValue {
 // The tables of one transform size and the memory it works in: about 170 KB, all zero at first.
 // Tables are made when another size or other band edges come; nothing is ever allocated.
 struct Spectrum {
-    struct Pair { // two doubles side by side, for left and right
-        double left, right;
-    };
     struct Point {
-        Pair re, im;
+        double reLeft, reRight, imLeft, imRight;
     };
-    alignas(16) Point work[kMaxPoints / 2];
-    alignas(16) Point twiddles[kMaxPoints / 2];
-    alignas(16) StereoValue positions[kMaxPoints / 2];
+    struct Twiddle {
+        double re, im;
+    };
+    alignas(32) Point work[kMaxPoints / 2];
+    Twiddle twiddles[kMaxPoints / 2];
     uint16_t order[kMaxPoints / 8];
     int bandEnds[kBands]; // the first position above each band
     float edges[kBands];  // what they were made for
     int points;
+    StereoValue magnitudes[kMaxPoints / 4]; // of the positions of even number
+    int withoutAvx; // 1: goes without even where it could be had (for tests)
 };
 
-// `points` is a power of two, 64 to kMaxPoints, and so many frames are read. Leaves the points / 2
-// positions of the spectrum in s->positions, and their sums in the bands.
+// `points` is a power of two, 64 to kMaxPoints, and so many frames are read. The spectrum has
+// points / 2 positions, the bands get their sums.
 void ComputeBands(Spectrum* s, const StereoFrame* frames, int points, const float edges[kBands],
                   StereoValue bands[kBands]);
+
+// ---- for the stages
+
+constexpr int kFirstStage = 8; // the twiddles of shorter blocks are exactly 1
+
+// Twiddles of the even bins of blocks of `length`: length / 4 of them.
+static inline Spectrum::Twiddle* Twiddles(Spectrum* s, int length) {
+    return s->twiddles + (length - kFirstStage) / 4;
+}
+
+// All of them, for processors with AVX (spectrum_avx.cpp). The outcome is the same to the bit.
+void AllStagesAvx(Spectrum* s, const StereoFrame* frames, StereoValue bands[kBands]);
