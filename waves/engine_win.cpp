@@ -132,7 +132,6 @@ static int OnCloseCommand() {
 }
 
 static int OnReconfigure(const WavesSettings& source) {
-    const WavesSettings before = s_waves.source;
     s_waves.fftChoice = static_cast<uint32_t>(LoadFftChoice());
     BeginWatch();
     if (!CloseSource()) return 0;
@@ -140,7 +139,7 @@ static int OnReconfigure(const WavesSettings& source) {
     if (good)
         StoreWavesSettings(source);
     else if (s_waves.wanted)
-        OpenSource(before);
+        OpenSource(s_waves.source);
     if (!s_waves.wanted) CloseSource(); // somebody else publishes; it was only tried
     return good;
 }

@@ -132,7 +132,8 @@ TEST_F(WavesEngine, WhatIsWantedAndWhatIsOpen) {
     EXPECT_EQ(TheInput.opens, 3) << "it was open";
     TheInput.refusedRate = 11025;
     EXPECT_EQ(Do(kWavesReconfigure, 0, 1), 0);
-    EXPECT_EQ(TheInput.format.nAvgBytesPerSec, 88200u) << "the one before goes on";
+    EXPECT_EQ(TheInput.open, 1) << "the one before goes on";
+    EXPECT_EQ(TheInput.format.nAvgBytesPerSec, 88200u);
     EXPECT_EQ(Stored("InFormat"), 512u);
 
     // Another publishes: nothing is captured, whatever time goes by.
