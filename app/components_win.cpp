@@ -107,7 +107,7 @@ static ComponentEntry AnalyzerRow() {
     row.traits.stopRank = 1;
     row.traits.withEngineRank = 2;
     row.thread = AnalyzerThread();
-    row.label = IDS_SPECTRUM;
+    row.label = IDS_SPECTRUM_LABEL;
     row.shortLabel = IDS_SHORT_NAMES + kSpectrumWindowId;
     row.tip = IDS_SPECTRUM_TIP;
     row.menu = IDS_SPECTRUM;

@@ -72,6 +72,7 @@
 #define IDS_VOLUME_ICON_MENU 382
 #define IDS_MEDIA 383
 #define IDS_MEDIA_TIP 384
+#define IDS_SPECTRUM_LABEL 385
 
 // ---- cd engine: strings 480-499
 #define IDS_NO_CD_DRIVE 480
