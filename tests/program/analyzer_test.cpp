@@ -1,0 +1,229 @@
+// The spectrum analyzer on the screen. The engine has let go of its device, so that the shared
+// block is the test's and every pixel follows from it.
+#include "resources/ids.h"
+#include "tests/program/harness.h"
+#include "tests/support/measure_win.h"
+#include "waves/analyzer_layout.h"
+#include "waves/engine_win.h"
+
+#include <cstring>
+#include <memory>
+
+constexpr const char* kTitle = "SpectrumUI";
+constexpr const char* kDialog = "Spectrum Analyzer Settings"; // its caption
+constexpr uint32_t kSection = 3;
+constexpr COLORREF kHigh = 0xFFF000; // the defaults
+constexpr float kScale = 100;        // of the columns, at the gain that is the default
+
+namespace {
+class AnalyzerTest : public ProgramTest {
+protected:
+    void SetUp() override {
+        ProgramTest::SetUp();
+        const struct {
+            const char* name;
+            int32_t value;
+        } places[] = {{"X", 200}, {"Y", 100}, {"Width", 460}, {"Height", 180}};
+        for (const auto& place : places)
+            WriteWindowSetting(kSection, place.name, kRegBinary, 4, &place.value);
+        SwitchOn("WaveInEngineOn");
+        SwitchOn("SpectrumIU");
+    }
+    void StartAnalyzer() {
+        Start();
+        ASSERT_TRUE(Ask(FindWindowA(kWavesEngineClass, nullptr), WM_COMMAND, kWavesClose, 0));
+        window = FindComponent(kTitle);
+        ASSERT_TRUE(window);
+        peer = std::make_unique<SharedPeer>();
+        ASSERT_TRUE(peer->block);
+        Publish(2048, 0, 0);
+        SetWindowPos(window, HWND_TOPMOST, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE);
+    }
+    // The same in all bands; in units of the scale.
+    void Publish(uint32_t formatCode, float left, float right) {
+        const SoundFormatRecord format = FormatOfCode(formatCode);
+        const int bins = FramesPerBuffer(format) / 2;
+        std::memcpy(peer->block->SoundFormat, &format, sizeof format);
+        peer->block->PowerFullScale = kScale * 16 / 0.2f * static_cast<float>(bins);
+        for (int i = 0; i < kBands; ++i) {
+            peer->block->BandsLeft[i] = left * kScale;
+            peer->block->BandsRight[i] = right * kScale;
+        }
+    }
+    COLORREF Pixel(int x, int y) const {
+        POINT point = {x, y};
+        ClientToScreen(window, &point);
+        const HDC dc = GetDC(nullptr);
+        const COLORREF color = GetPixel(dc, point.x, point.y);
+        ReleaseDC(nullptr, dc);
+        return color;
+    }
+    AnalyzerLayout Layout(int sides, int center, int split) const {
+        RECT client;
+        GetClientRect(window, &client);
+        AnalyzerSettings settings = {};
+        settings.LeftAndRight = static_cast<uint32_t>(sides);
+        settings.Center = static_cast<uint32_t>(center);
+        settings.Split = static_cast<uint32_t>(split);
+        return LayOutAnalyzer(client.right, client.bottom, settings);
+    }
+    // What a column's segments look like in the middle from the bottom: '0' to '9' for that colour
+    // of the ramp, '#' for the highest colour where all have it, ' ' dark, '?' anything else.
+    std::string Column(const Box& column, bool tops = false) const {
+        uint32_t ramp[kAnalyzerSegments];
+        AnalyzerRamp(0xA00000, kHigh, ramp);
+        std::string seen;
+        for (int k = 0; k < kAnalyzerSegments; ++k) {
+            const Box box = SegmentBox(column, k);
+            const COLORREF color =
+                Pixel(box.left + box.width / 2, box.top + (tops ? 1 : box.height - 1));
+            seen += color == 0         ? ' '
+                    : color == ramp[k] ? static_cast<char>('0' + k)
+                    : color == kHigh   ? '#'
+                                       : '?';
+        }
+        return seen.substr(0, seen.find_last_not_of(' ') + 1);
+    }
+    bool Shows(const Box& column, const std::string& wanted, bool tops = false) const {
+        const bool shown = WaitUntil([&] { return Column(column, tops) == wanted; });
+        if (!shown) ADD_FAILURE() << "'" << Column(column, tops) << "'";
+        return shown;
+    }
+    // A lit label is blue, an unlit one black. Rows through its middle say which.
+    bool Lit(int id) const {
+        RECT button = PlaceOf(Child(window, id));
+        MapWindowPoints(nullptr, window, reinterpret_cast<POINT*>(&button), 2);
+        const int y = (button.top + button.bottom) / 2;
+        int blue = 0;
+        for (int x = button.left + 3; x < button.right - 3; ++x) {
+            const COLORREF color = Pixel(x, y);
+            blue += GetBValue(color) > GetRValue(color) + 40;
+        }
+        return blue > 3;
+    }
+    bool Turns(int id, bool on) const {
+        return WaitUntil([&] { return Lit(id) == on; });
+    }
+    HWND window = nullptr;
+    std::unique_ptr<SharedPeer> peer;
+};
+} // namespace
+
+TEST_F(AnalyzerTest, ColumnsOfEveryModeAndTheirButtons) {
+    StartAnalyzer();
+    const int middle = kAnalyzerMiddle, left = kAnalyzerLeft, right = kAnalyzerRight;
+    Box column = Layout(0, 1, 0).columns[middle][4];
+    EXPECT_TRUE(Shows(column, ""));
+    Publish(2048, 0.4f, 0.5f);
+    EXPECT_TRUE(Shows(column, "0123")) << "0.45 is the threshold of the fifth: it stays dark";
+    Publish(2048, 0.4f, 0.51f);
+    EXPECT_TRUE(Shows(column, "01234"));
+    Command(window, kAnalyzerGradient);
+    EXPECT_TRUE(Shows(column, "#####") && Turns(kAnalyzerGradient, false));
+    Command(window, kAnalyzerCenter); // the last one of the two: refused
+    Command(window, kAnalyzerSides);
+    EXPECT_TRUE(Turns(kAnalyzerSides, true) && Turns(kAnalyzerCenter, true));
+    for (int split : {0, 1}) {
+        Command(window, split ? kAnalyzerSplit : kAnalyzerCombined);
+        EXPECT_TRUE(Turns(kAnalyzerSplit, split) && Turns(kAnalyzerCombined, !split));
+        const AnalyzerLayout layout = Layout(1, 1, split);
+        EXPECT_TRUE(Shows(layout.columns[left][15], "####"));
+        EXPECT_TRUE(Shows(layout.columns[middle][15], "#####"));
+        EXPECT_TRUE(Shows(layout.columns[right][15], "#####"));
+        EXPECT_EQ(Pixel(layout.panes[layout.paneCount - 1].frame.left, layout.panes[0].frame.top),
+                  kHigh);
+    }
+    PostMessageA(window, WM_HSCROLL, MAKEWPARAM(SB_THUMBTRACK, 20),
+                 0); // half the gain, twice as high
+    EXPECT_TRUE(Shows(Layout(1, 1, 1).columns[left][0], "########"));
+    peer->block->PowerFullScale = 0;
+    EXPECT_TRUE(Shows(Layout(1, 1, 1).columns[left][0], ""));
+    peer->block->VisualsTakeOver = 1;
+    Publish(2048, 1, 1);
+    Sleep(200);
+    EXPECT_EQ(Column(Layout(1, 1, 1).columns[left][0]), "") << "another one shows the sound";
+}
+
+TEST_F(AnalyzerTest, TrailsStayWhereColumnsHaveBeen) {
+    WriteWindowDword(kSection, "Trails", 1);
+    WriteWindowDword(kSection, "TrailsCount", 50);
+    StartAnalyzer();
+    const AnalyzerLayout layout = Layout(0, 1, 0);
+    const Box& column = layout.columns[kAnalyzerMiddle][9];
+    Publish(2048, 0.8f, 0.8f);
+    ASSERT_TRUE(Shows(column, "01234567"));
+    Publish(2048, 0.2f, 0.2f);
+    EXPECT_TRUE(Shows(column, "01"));
+    EXPECT_EQ(Column(column, true), "01     7") << "a mark at the top of the segment";
+    EXPECT_TRUE(Shows(column, "01", true)) << "and it goes";
+}
+
+TEST_F(AnalyzerTest, IndicatorsFollowTheFormatAlsoUnseen) {
+    StartAnalyzer();
+    EXPECT_EQ(ChildText(window, kAnalyzerStereo) + ChildText(window, kAnalyzerFormat),
+              "stereo44Khz 16bit");
+    ShowWindow(window, SW_HIDE);
+    Publish(1, 0, 0);
+    EXPECT_TRUE(WaitUntil([&] { return ChildText(window, kAnalyzerStereo) == "mono"; }));
+    EXPECT_EQ(ChildText(window, kAnalyzerFormat), "11Khz 8bit");
+}
+
+TEST_F(AnalyzerTest, SettingsAreMendedEditedAndKept) {
+    const uint32_t bits = 0x7FC00000; // not a number, of another type than we write
+    WriteWindowDword(kSection, "Gainer", bits);
+    WriteWindowDword(kSection, "TrailsCount", 0);
+    WriteWindowDword(kSection, "Center", 0);
+    StartAnalyzer();
+    EXPECT_TRUE(Turns(kAnalyzerCenter, true)) << "one of the two is always on";
+    PostMessageA(window, WM_HSCROLL, MAKEWPARAM(SB_ENDSCROLL, 1), 0);
+    Command(window, kAnalyzerTrails);
+    Command(window, kAnalyzerSetUp);
+    HWND dialog = nullptr;
+    ASSERT_TRUE(WaitUntil([&] { return (dialog = FindWindowA("#32770", kDialog)) != nullptr; }));
+    EXPECT_TRUE(
+        WaitUntil([&] { return ChildText(dialog, IDC_ANALYZER_HOLD_TEXT) == "Frames: 1"; }));
+    Ask(Child(dialog, IDC_ANALYZER_HOLD), WM_KEYDOWN, VK_END, 0);
+    Ask(Child(dialog, IDC_ANALYZER_FALLOFF), BM_CLICK, 0, 0);
+    Command(dialog, IDOK);
+    EXPECT_TRUE(WaitUntil([] { return ReadWindowDword(kSection, "TrailsCount", 0) == 50; }));
+    EXPECT_EQ(ReadWindowDword(kSection, "Trails", 9), 1u) << "all are written";
+    Command(window, kAnalyzerGradient);
+    Command(window, kAnalyzerSides);
+    Command(window, kAnalyzerCenter);
+    Command(window, kAnalyzerSplit);
+    Command(window, kAnalyzerPower);
+    ASSERT_TRUE(WaitUntil([] { return ReadWindowDword(1, "SpectrumIU", 9) == 0; }));
+    const struct {
+        const char* name;
+        uint32_t value;
+    } rows[] = {{"LeftAndRight", 1}, {"Center", 0},  {"Split", 1},           {"Trails", 1},
+                {"Gradient", 0},     {"Falloff", 1}, {"LowColor", 0xA00000}, {"HighColor", kHigh}};
+    for (const auto& row : rows)
+        EXPECT_EQ(ReadWindowDword(kSection, row.name, 99), row.value) << row.name;
+    float gain = 0;
+    ReadWindowSetting(kSection, "Gainer", kRegBinary, 4, &gain);
+    EXPECT_EQ(gain, 0.005f);
+    Command(FindConsole(), kConsoleSpectrum);
+    ASSERT_TRUE(WaitUntil([&] { return (window = FindComponent(kTitle)) != nullptr; }));
+    EXPECT_TRUE(Turns(kAnalyzerSides, true) && Turns(kAnalyzerCenter, false) &&
+                Turns(kAnalyzerSplit, true) && Turns(kAnalyzerTrails, true) &&
+                Turns(kAnalyzerGradient, false));
+}
+
+TEST_F(AnalyzerTest, ThousandsOfFramesAndSizesLeaveNothingBehind) {
+    StartAnalyzer();
+    const auto frames = [&](int count) {
+        for (int i = 0; i < count; ++i) {
+            Publish(2048, static_cast<float>(i % 10) / 10, static_cast<float>(i % 7) / 7);
+            Ask(window, WM_TIMER, 799, 0);
+            if (i % 100 == 0)
+                SetWindowPos(window, nullptr, 0, 0, 130 + i % 7 * 90, 30 + i % 5 * 70,
+                             SWP_NOMOVE | SWP_NOZORDER);
+        }
+    };
+    frames(600);
+    const int before = GdiObjects(program->handle);
+    ASSERT_GT(before, 0);
+    frames(4000);
+    EXPECT_LE(GdiObjects(program->handle), before + 1);
+}
