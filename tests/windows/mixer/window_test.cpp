@@ -297,6 +297,8 @@ TEST_F(Window, LivesWithWhatTheDeviceLacksAndWithoutIt) {
     EXPECT_TRUE(Until([this] { return Shown(757); })) << "engine off, window still on";
     ASSERT_TRUE(StartComponentThread(MixerEngineThread(), GetModuleHandleA(nullptr), nullptr));
     EXPECT_TRUE(Until([this] { return Shown(800); }));
-    Device(SpeakerLine(), kVolume, Values(2, 65535));
-    EXPECT_TRUE(BarShows(751, 100));
+    EXPECT_TRUE(UnregisterMixerWindow(window)) << "it has made itself known to the new engine";
+    RegisterMixerWindow(window);
+    StopComponentThread(MixerThread());
+    EXPECT_FALSE(UnregisterMixerWindow(window)) << "and has said goodbye";
 }
