@@ -146,8 +146,7 @@ void TraceColumns(const uint8_t* bytes, const SoundFormatRecord& format, ScopeCh
         const Reader reader = ReaderOf(bytes, format, channel, gain, height);
         Point last = {0, RowAt(reader, 0, centre)};
         for (int i = 1; i < frames; ++i) {
-            const Point next = {static_cast<int>(int64_t{i} * width / frames),
-                                RowAt(reader, i, centre)};
+            const Point next = {i * width / frames, RowAt(reader, i, centre)};
             CoverLine(columns, last, next);
             last = next;
         }

@@ -157,15 +157,12 @@ void LayOutPanes(const Box& display, int panes, int vertical, int legendWidth, S
     }
     // The second one begins one pixel after the middle.
     Box first = display, second = display;
-    if (vertical) {
-        first.height = display.height / 2;
-        second.top += first.height + 1;
-        second.height = std::max(display.height - first.height - 1, 0);
-    } else {
-        first.width = display.width / 2;
-        second.left += first.width + 1;
-        second.width = std::max(display.width - first.width - 1, 0);
-    }
+    int& start = vertical ? second.top : second.left;
+    int& length = vertical ? second.height : second.width;
+    const int half = length / 2, skipped = std::min(half + 1, length);
+    (vertical ? first.height : first.width) = half;
+    start += skipped;
+    length -= skipped;
     out[0] = PaneIn(first, legendWidth);
     out[1] = PaneIn(second, legendWidth);
 }
