@@ -118,9 +118,16 @@ static void OnOk(HWND dialog) {
     EndDialog(dialog, IDOK);
 }
 
+// One at a time, whoever asks: the icon's menu opens over a disabled console, too.
+static HWND s_dialog;
+
 static INT_PTR ConfigDialog(HWND dialog, UINT message, WPARAM wParam, LPARAM) {
-    if (message == WM_INITDIALOG) FillDialog(dialog);
-    if (message != WM_COMMAND) return message == WM_INITDIALOG;
+    if (message == WM_INITDIALOG) {
+        s_dialog = dialog;
+        FillDialog(dialog);
+        return TRUE;
+    }
+    if (message != WM_COMMAND) return FALSE;
     switch (LOWORD(wParam)) {
     case IDC_WAVES_DEVICE:
         if (HIWORD(wParam) == CBN_SELENDOK || HIWORD(wParam) == CBN_SELCHANGE)
@@ -133,6 +140,11 @@ static INT_PTR ConfigDialog(HWND dialog, UINT message, WPARAM wParam, LPARAM) {
 }
 
 void ConfigureWaves(HWND owner) {
+    if (IsWindow(s_dialog)) {
+        SetForegroundWindow(s_dialog);
+        return;
+    }
     DialogBoxParamA(GetModuleHandleA(nullptr), MAKEINTRESOURCEA(IDD_WAVES_CONFIG), owner,
                     GuardedDialog<ConfigDialog>, 0);
+    s_dialog = nullptr;
 }

@@ -39,13 +39,6 @@ static SoundSums s_sums; // large, and worth keeping: it holds tables
 
 // ---- publishing
 
-static void PublishFormat() {
-    if (!SharedBlock) return;
-    std::memcpy(SharedBlock->SoundFormat, &s_waves.format, sizeof SharedBlock->SoundFormat);
-    // What stands there is of another format.
-    std::memset(SharedBlock->SoundBuffer, s_waves.format.bits == 8 ? 128 : 0, kSoundBufferBytes);
-}
-
 static void PublishPower(const SoundValues& values) {
     SharedBlock->PowerLeft = values.powerLeft;
     SharedBlock->PowerRight = values.powerRight;
@@ -53,11 +46,21 @@ static void PublishPower(const SoundValues& values) {
     SharedBlock->HoldCounter = values.holdCounter;
 }
 
-static void PublishBands(const SoundValues& values, DWORD now) {
+static void PublishBands(const SoundValues& values) {
     SharedBlock->BandReference = values.bandReference;
     std::memcpy(SharedBlock->BandsLeft, values.bandsLeft, sizeof values.bandsLeft);
     std::memcpy(SharedBlock->BandsRight, values.bandsRight, sizeof values.bandsRight);
-    ExchangeShared(SHARED_FIELD(SoundTick), now); // last: it says that the rest is there
+}
+
+// The format, for windows that open before the first buffer. All else is still of another format,
+// or of before a device was lost.
+static void PublishOpening() {
+    if (!SharedBlock) return;
+    s_waves.values = {};
+    std::memcpy(SharedBlock->SoundFormat, &s_waves.format, sizeof SharedBlock->SoundFormat);
+    std::memset(SharedBlock->SoundBuffer, s_waves.format.bits == 8 ? 128 : 0, kSoundBufferBytes);
+    PublishPower(s_waves.values);
+    PublishBands(s_waves.values);
 }
 
 static void OnSound(const uint8_t* bytes) {
@@ -72,7 +75,9 @@ static void OnSound(const uint8_t* bytes) {
     const int whole =
         ProcessSound(&s_sums, bytes, s_waves.format, s_waves.fftChoice, noClamp, &s_waves.values);
     PublishPower(s_waves.values);
-    if (whole) PublishBands(s_waves.values, now);
+    if (!whole) return;
+    PublishBands(s_waves.values);
+    ExchangeShared(SHARED_FIELD(SoundTick), now); // last: it says that the rest is there
 }
 
 // ---- the source
@@ -93,7 +98,7 @@ static int OpenSource(const WavesSettings& source) {
                        : OpenWaveIn(source.device, s_waves.format, s_waves.window);
     if (!s_waves.open) return 0;
     s_waves.source = source;
-    if (s_waves.wanted) PublishFormat(); // before the first buffer, for windows that open now
+    if (s_waves.wanted) PublishOpening();
     return 1;
 }
 

@@ -171,3 +171,17 @@ TEST_F(ComponentTest, HungComponentIsKilledAfterTheLimit) {
     s_trial = {};
     EXPECT_EQ(Start(), 1);
 }
+
+static INT_PTR FaultyDialog(HWND, UINT message, WPARAM, LPARAM) {
+    if (message == WM_INITDIALOG) DoFault();
+    return FALSE;
+}
+
+TEST_F(ComponentTest, DialogOfTheConsolesThreadIsClosedByAFault) {
+    const struct {
+        DLGTEMPLATE head;
+        WORD noMenuClassTitle[3];
+    } box = {{WS_POPUP, 0, 0, 0, 0, 10, 10}, {}};
+    EXPECT_EQ(DialogBoxIndirectParamA(nullptr, &box.head, owner, GuardedDialog<FaultyDialog>, 0),
+              IDCANCEL);
+}
