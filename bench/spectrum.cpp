@@ -2,8 +2,8 @@
 // of 1024 points, bands). The Windows build tells microseconds. bench/spectrum.sh builds the same
 // file natively beside FFTW and tells the ratio of their times.
 //
-//   spectrum          the figures
-//   spectrum COUNT    works out COUNT buffers and says nothing (for counting instructions)
+//   spectrum                the figures, with AVX where there is AVX, and without
+//   spectrum COUNT [sse2]   works out COUNT buffers and says nothing (to count instructions)
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
@@ -150,7 +150,7 @@ static bool SameBands() {
 }
 
 static int Compare() {
-    MakePlans();
+    if (!s_theirs.leftBins) MakePlans();
     if (!SameBands()) {
         std::printf("the two spectra differ\n");
         return 1;
@@ -180,7 +180,13 @@ static int Compare() {
 
 int main(int argc, char** argv) {
     MakeSound();
-    if (argc < 2) return Compare();
+    if (argc < 2) {
+        const int failed = Compare();
+        s_bench.sums.spectrum.withoutAvx = 1;
+        std::printf("without AVX:\n");
+        return Compare() || failed;
+    }
+    s_bench.sums.spectrum.withoutAvx = argc > 2 && !std::strcmp(argv[2], "sse2");
     for (int i = std::atoi(argv[1]); i > 0; --i)
         OurBuffer(i % kBuffers);
     return 0;
