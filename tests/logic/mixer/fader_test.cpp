@@ -32,7 +32,7 @@ TEST(Fader, PercentIsTheAverageCutOffAndNeverDividedByNothing) {
     for (const float scalar : {NAN, -1.0f, -INFINITY})
         EXPECT_EQ(PercentOfScalar(scalar), 0);
     EXPECT_EQ(PercentOfScalar(INFINITY), 100);
-    EXPECT_EQ(PercentOfScalar(0.57f), 57); // 0.57 is a little less than that in a float
+    EXPECT_EQ(PercentOfScalar(0.578f), 58);
 }
 
 TEST(Fader, SettingEqualisesWithinTheRange) {

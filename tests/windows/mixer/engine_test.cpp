@@ -86,8 +86,10 @@ TEST_F(Engine, FadersReadTheAverageAndSetAllTheSame) {
         const DWORD id = control->id;
         *control = c.control;
         control->id = id;
+        Fake.writes = 0;
         EXPECT_EQ(MixerMasterVolume(c.percent), c.before);
         EXPECT_EQ(control->values, c.after);
+        EXPECT_EQ(Fake.writes, c.percent >= 0 && control->maximum > control->minimum);
     }
     EXPECT_EQ(MixerMasterBass(79), 25);
     EXPECT_EQ(MixerMasterTreble(kAsk), 75);
@@ -329,7 +331,7 @@ TEST_F(Engine, OutputInUseElsewhereIsKeptUntilThen) {
     ResetEvent(Outputs.block);
     DWORD answer = 0;
     HANDLE thread = CreateThread(nullptr, 0, AskMaster, nullptr, 0, nullptr);
-    while (!Outputs.waiting)
+    for (int i = 0; i < 5000 && !Outputs.waiting; ++i)
         Sleep(1);
     ChooseMixer(0);
     Settle();
