@@ -62,33 +62,25 @@ TEST(Analyzer, AFullSineLightsSixSegmentsAndSilenceNone) {
     for (int i = 0; i < 2; ++i)
         ProcessSound(&s_sums, reinterpret_cast<const uint8_t*>(samples.data()), FormatOfCode(2048),
                      kFftAll, 0, &values);
-    AnalyzerInput input = {};
+    AnalyzerInput input = {{}, {}, values.powerFullScale, 512};
     std::memcpy(input.left, values.bandsLeft, sizeof input.left);
-    input.fullScalePower = values.powerFullScale;
-    input.bins = 512;
     AnalyzerState state = {};
     const AnalyzerSettings settings = SettingsOf(1, 1, 0);
     AnalyzerFrame frame = NextAnalyzerFrame(&state, settings, input, 100);
-    constexpr int kBand = 9; // 4306 Hz
     for (int i = 0; i < kBands; ++i) {
-        EXPECT_EQ(frame.columns[kAnalyzerLeft][i].lit, i == kBand ? 0x3F : 0) << i;
-        EXPECT_EQ(frame.columns[kAnalyzerMiddle][i].lit, i == kBand ? 0x7 : 0) << i;
+        EXPECT_EQ(frame.columns[kAnalyzerLeft][i].lit, i == 9 ? 0x3F : 0) << i; // at 4306 Hz
+        EXPECT_EQ(frame.columns[kAnalyzerMiddle][i].lit, i == 9 ? 0x7 : 0) << i;
         EXPECT_EQ(frame.columns[kAnalyzerRight][i].lit, 0) << i;
     }
-    for (float nothing : {0.0f, 1e38f * 10}) { // no level to measure by: dark, whatever the bands
+    for (float nothing : {0.0f, kInfinity}) { // no level to measure by: dark, whatever the bands
         input.fullScalePower = nothing;
         frame = NextAnalyzerFrame(&state, settings, input, 100);
-        EXPECT_EQ(frame.columns[kAnalyzerLeft][kBand].lit, 0) << nothing;
-        EXPECT_EQ(frame.level[0].lit, 0) << nothing;
+        EXPECT_TRUE(frame.columns[kAnalyzerLeft][9].lit == 0 && frame.level[0].lit == 0);
     }
 }
 
 TEST(Analyzer, LevelBarAndItsPeaks) {
-    AnalyzerInput input = {};
-    input.bins = 512;
-    input.fullScalePower = 512 / 0.2f * 160; // a reference of 160
-    input.left[3] = 40;
-    input.right[5] = 1e30f;
+    AnalyzerInput input = {{40}, {1e30f}, 512 / 0.2f * 160, 512}; // a reference of 160
     AnalyzerSettings settings = SettingsOf(0, 1, 0);
     settings.Trails = 1;
     AnalyzerState state = {};
@@ -96,7 +88,7 @@ TEST(Analyzer, LevelBarAndItsPeaks) {
     EXPECT_EQ(frame.level[0].lit, 0x3) << "a quarter; its third threshold is exactly that";
     EXPECT_EQ(frame.level[1].lit, 0x3FF);
     settings.Gradient = 0;
-    input.left[3] = 16;
+    input.left[0] = 16;
     frame = NextAnalyzerFrame(&state, settings, input, 100);
     EXPECT_EQ(frame.levelLength[0], 10);
     EXPECT_EQ(frame.levelPeak[0], 25);
@@ -105,12 +97,10 @@ TEST(Analyzer, LevelBarAndItsPeaks) {
 
 TEST(Analyzer, RampAndSettingsWithinLimits) {
     uint32_t ramp[kAnalyzerSegments];
-    AnalyzerRamp(0xA00010, 0xFFF000, ramp);
-    EXPECT_EQ(ramp[0], 0xA00010u);
-    EXPECT_EQ(ramp[1], 0xAB1E0Eu) << "rounded down: blue up by 95/8, red down by 16/8";
-    EXPECT_EQ(ramp[7], 0xF3D202u);
-    EXPECT_EQ(ramp[8], 0xFFF000u);
-    EXPECT_EQ(ramp[9], 0xFFF000u);
+    AnalyzerRamp(0xA00013, 0xFFF000, ramp);
+    EXPECT_EQ(ramp[0], 0xA00013u);
+    EXPECT_EQ(ramp[1], 0xAB1E10u) << "rounded down: blue up by 95/8, red down by 19/8";
+    EXPECT_TRUE(ramp[8] == 0xFFF000 && ramp[9] == 0xFFF000);
     EXPECT_EQ(DefaultAnalyzerSettings(8).HighColor, 0x00FF00u);
     const struct {
         float gain, mended;
@@ -147,59 +137,55 @@ static bool Apart(const Box& a, const Box& b) {
 }
 
 // Everything that has a size lies in `outer` and apart from everything else.
-static void ExpectTidy(const std::vector<Box>& boxes, const Box& outer, const std::string& where) {
+static bool Tidy(const std::vector<Box>& boxes, const Box& outer) {
     std::vector<Box> seen;
     for (const Box& box : boxes) {
-        ASSERT_TRUE(box.width >= 0 && box.height >= 0) << where;
+        if (box.width < 0 || box.height < 0) return false;
         if (!box.width || !box.height) continue;
-        ASSERT_TRUE(Inside(box, outer)) << where << ": " << box.left << "," << box.top;
+        if (!Inside(box, outer)) return false;
         for (const Box& other : seen)
-            ASSERT_TRUE(Apart(box, other)) << where << ": " << box.left << "," << box.top;
+            if (!Apart(box, other)) return false;
         seen.push_back(box);
     }
+    return true;
+}
+
+static bool TidyLayout(const AnalyzerLayout& layout, const Box& client) {
+    const Box* controls = layout.controls;
+    std::vector<Box> outer(controls, controls + kAnalyzerButtons + 1), columns, segments;
+    std::vector<Box> inner(controls + kAnalyzerButtons + 1, controls + kAnalyzerControls);
+    outer.push_back(layout.panel);
+    inner.push_back(layout.level);
+    for (const AnalyzerPane& pane : layout.panes)
+        if (pane.bandWidth) inner.insert(inner.end(), {pane.frame, pane.caption, pane.axis});
+    for (const auto& channel : layout.columns)
+        columns.insert(columns.end(), channel, channel + kBands);
+    for (int k = 0; k < kAnalyzerSegments; ++k) {
+        segments.push_back(SegmentBox(layout.columns[kAnalyzerMiddle][7], k));
+        segments.push_back(LevelSegment(layout.level, 0, k));
+        segments.push_back(LevelSegment(layout.level, 1, k));
+    }
+    return Tidy(outer, client) && Tidy(inner, layout.panel) && Tidy(columns, layout.panel) &&
+           Tidy(segments, layout.panel);
 }
 
 TEST(AnalyzerLayout, NothingOverlapsAtAnySize) {
     for (int width : {0, 1, 3, 17, 40, 97, 104, 131, 232, 259, 293, 419, 531, 735, 1001, 1593})
         for (int height : {0, 1, 5, 19, 33, 61, 97, 118, 164, 191, 257, 403, 1101})
-            for (unsigned mode = 1; mode < 8; ++mode) {
+            for (unsigned mode = 0; mode < 8; ++mode) {
                 AnalyzerSettings settings = SettingsOf(mode & 1, mode >> 1 & 1, mode >> 2);
                 MendAnalyzerSettings(&settings);
-                const AnalyzerLayout layout = LayOutAnalyzer(width, height, settings);
-                const std::string where = std::to_string(width) + "x" + std::to_string(height) +
-                                          " in mode " + std::to_string(mode);
-                std::vector<Box> buttons(layout.controls, layout.controls + kAnalyzerButtons + 1);
-                buttons.push_back(layout.panel);
-                ExpectTidy(buttons, {0, 0, width, height}, where);
-                std::vector<Box> parts(layout.controls + kAnalyzerButtons + 1,
-                                       layout.controls + kAnalyzerControls);
-                parts.push_back(layout.level);
-                std::vector<Box> columns;
-                for (int i = 0; i < layout.paneCount; ++i) {
-                    const AnalyzerPane& pane = layout.panes[i];
-                    parts.insert(parts.end(), {pane.frame, pane.caption, pane.axis});
-                }
-                ExpectTidy(parts, layout.panel, where);
-                for (const auto& channel : layout.columns)
-                    columns.insert(columns.end(), channel, channel + kBands);
-                ExpectTidy(columns, layout.panel, where);
-                std::vector<Box> segments;
-                for (int k = 0; k < kAnalyzerSegments; ++k) {
-                    segments.push_back(SegmentBox(layout.columns[kAnalyzerMiddle][7], k));
-                    segments.push_back(LevelSegment(layout.level, 0, k));
-                    segments.push_back(LevelSegment(layout.level, 1, k));
-                }
-                ExpectTidy(segments, layout.panel, where);
+                EXPECT_TRUE(
+                    TidyLayout(LayOutAnalyzer(width, height, settings), {0, 0, width, height}))
+                    << width << "x" << height << " in mode " << mode;
             }
 }
 
 TEST(AnalyzerLayout, SegmentsOfUsualColumnsAreAlike) {
     const Box column = LayOutAnalyzer(292, 192, SettingsOf(0, 1, 0)).columns[kAnalyzerMiddle][5];
-    const int height = column.height / kAnalyzerSegments - 1;
-    for (int k = 0; k < kAnalyzerSegments; ++k) {
-        const Box segment = SegmentBox(column, k);
-        EXPECT_EQ(segment.height, height);
-        EXPECT_EQ(segment.top + segment.height, column.top + column.height - k * (height + 1));
+    for (int k = 1, part = column.height / kAnalyzerSegments; k < kAnalyzerSegments; ++k) {
+        EXPECT_EQ(SegmentBox(column, k).height, part - 1);
+        EXPECT_EQ(SegmentBox(column, k).top + part, SegmentBox(column, k - 1).top);
     }
 }
 
@@ -210,37 +196,34 @@ TEST(AnalyzerPicture, ChangesAloneGiveTheWholePicture) {
         AnalyzerSettings settings = SettingsOf(1, 1, mode & 1);
         settings.Gradient = mode >> 1;
         settings.Trails = 1;
+        settings.TrailsCount = 3;
         const AnalyzerLayout layout = LayOutAnalyzer(432, 164, settings);
         const AnalyzerLook look = LookOfAnalyzer(settings, 0x101010);
-        const int width = layout.panel.width, height = layout.panel.height;
-        std::vector<uint32_t> kept(static_cast<size_t>(width * height)), fresh = kept;
-        AnalyzerPixels into = {kept.data(), width, height}, whole = {fresh.data(), width, height};
+        const Box panel = layout.panel;
+        std::vector<uint32_t> kept(static_cast<size_t>(panel.width * panel.height)), fresh = kept;
+        const AnalyzerPixels into = {kept.data(), panel.width, panel.height};
+        const AnalyzerPixels whole = {fresh.data(), panel.width, panel.height};
         AnalyzerFrame before = {};
         AnalyzerState state = {};
+        AnalyzerInput input = {{}, {}, 512 / 0.2f * 160, 512};
         DrawAnalyzerGround(into, layout, look);
         DrawAnalyzerFrame(into, layout, look, before, nullptr);
+        DrawAnalyzerGround(whole, layout, look);
         for (int i = 0; i < 40; ++i) {
-            AnalyzerInput input = {};
-            input.bins = 512;
-            input.fullScalePower = 512 / 0.2f * 160;
-            for (int band = 0; band < kBands; ++band) {
-                input.left[band] = static_cast<float>(random() % 12);
-                input.right[band] = static_cast<float>(random() % 12);
-            }
+            for (int band = 0; band < kBands && i % 6 == 0; ++band) // between, trails move alone
+                input.left[band] = input.right[15 - band] = static_cast<float>(random() % 12);
             const AnalyzerFrame frame =
                 NextAnalyzerFrame(&state, settings, input, LevelRoom(layout.level));
             const std::vector<uint32_t> last = kept;
             const Box told = DrawAnalyzerFrame(into, layout, look, frame, &before);
-            DrawAnalyzerGround(whole, layout, look);
             DrawAnalyzerFrame(whole, layout, look, frame, nullptr);
             ASSERT_TRUE(kept == fresh) << "mode " << mode << ", frame " << i;
-            for (int at = 0; at < width * height; ++at)
-                ASSERT_TRUE(kept[at] == last[at] || Inside({layout.panel.left + at % width,
-                                                            layout.panel.top + at / width, 1, 1},
-                                                           told));
+            for (int y = 0; y < panel.height; ++y)
+                for (int x = 0, at = y * panel.width; x < panel.width; ++x, ++at)
+                    ASSERT_TRUE(kept[at] == last[at] ||
+                                Inside({panel.left + x, panel.top + y, 1, 1}, told));
             before = frame;
         }
-        const Box none = DrawAnalyzerFrame(into, layout, look, before, &before);
-        EXPECT_EQ(none.width, 0) << "nothing changed";
+        EXPECT_EQ(DrawAnalyzerFrame(into, layout, look, before, &before).width, 0);
     }
 }
