@@ -9,10 +9,11 @@ static constexpr int kOneRowFrom = 580;  // content width from which the header 
 static constexpr int kTwoRowsFrom = 420; // or into two
 static constexpr int kLowBelow = 90;     // content height without room for the groups' edges
 static constexpr int kEdge = 2;          // a button's raised edge, in pixels
-static constexpr int kTextAir = 1;       // kept free between text and edge at either side
-static constexpr int kColumnMax = 116;   // pixels; wider columns fall apart
-static constexpr int kSliderMax = 26;    // width of a slider
-static constexpr int kSliderGap = 2;     // between a name and its slider
+static constexpr int kNameAir = 3;     // of a button's height: its edge, and the shift of its label
+static constexpr int kTextAir = 1;     // kept free between text and edge at either side
+static constexpr int kColumnMax = 116; // pixels; wider columns fall apart
+static constexpr int kSliderMax = 26;  // width of a slider
+static constexpr int kSliderGap = 2;   // between a name and its slider
 
 struct RowPart {
     int id, weight;
@@ -128,11 +129,12 @@ static int ArrangementCost(const Grid& grid, const int* names, int columns) {
     Box name, slider;
     CutColumn(cell, NameHeight(cell.height), &name, &slider);
     const int room = std::max(MixerNameRoom(cell.width), 0);
-    const int letter = NameLetter(names, columns, room, std::min(kGoodLetter, name.height - kEdge));
+    const int letter =
+        NameLetter(names, columns, room, std::min(kGoodLetter, name.height - kNameAir));
     int lacking = 0;
     for (int i = 0; i < columns; ++i)
         lacking += std::max(names[i] * kMixerMinName / 1000 - room, 0);
-    int cost = 4 * lacking / columns + 6 * (kGoodLetter - letter);
+    int cost = 4 * lacking / columns + 8 * (kGoodLetter - letter);
     cost += std::max(kGoodSlider - slider.height, 0);
     if (slider.height < kLeastSlider) cost += 1000;
     return cost;
@@ -229,7 +231,8 @@ static void Limit(int* size, Box box, int width) {
 
 void MixerLetterSizes(const MixerLayout& layout, const MixerTextWidths& widths, int columns,
                       int large, int (&sizes)[kMixerFonts]) {
-    constexpr int kSmall = 14; // larger labels leave a fifth free, for air
+    // Larger letters leave a fifth free, for air.
+    static constexpr int kSmall[] = {12, 14, 14, 14, 14};
     static constexpr int kLeast[] = {kMixerMinLetter, kMixerMinName, kMixerMinName, kMixerMinLetter,
                                      kMixerMinLetter};
     std::fill_n(sizes, static_cast<int>(kMixerFonts), 1000);
@@ -242,11 +245,11 @@ void MixerLetterSizes(const MixerLayout& layout, const MixerTextWidths& widths, 
     if (columns) {
         const Box& box = layout.buttons[0];
         sizes[kMixerFontNames] = NameLetter(widths.names, columns, MixerNameRoom(box.width),
-                                            std::max(box.height - kEdge, kMixerMinName));
+                                            std::max(box.height - kNameAir, kMixerMinName));
     }
     for (int font = 0; font < kMixerFonts; ++font) {
         int& size = sizes[font];
-        if (!large) size = std::min(size, std::max(kSmall, size * 4 / 5));
+        if (!large) size = std::min(size, std::max(kSmall[font], size * 4 / 5));
         size = std::max(size, kLeast[font]);
     }
     sizes[kMixerFontLongNames] = sizes[kMixerFontNames];
