@@ -13,6 +13,11 @@
 #include <emmintrin.h>
 
 constexpr double kTwoPi = 6.283185307179586;
+#ifdef _WIN64
+constexpr bool kMayUseAvx = false; // GCC does not align its registers on the stack there
+#else
+constexpr bool kMayUseAvx = true;
+#endif
 
 namespace {
 struct Complex {
@@ -118,7 +123,7 @@ void ComputeBands(Spectrum* s, const StereoFrame* frames, int points, const floa
                   StereoValue bands[kBands]) {
     if (s->points != points || std::memcmp(s->edges, edges, sizeof s->edges) != 0)
         MakeTables(s, points, edges);
-    if (s->withoutAvx || !__builtin_cpu_supports("avx"))
+    if (s->withoutAvx || !kMayUseAvx || !__builtin_cpu_supports("avx"))
         AllStages(s, frames, bands);
     else
         AllStagesAvx(s, frames, bands);
