@@ -151,8 +151,10 @@ void TraceColumns(const uint8_t* bytes, const SoundFormatRecord& format, ScopeCh
             last = next;
         }
     }
-    for (int x = 0; x < width; ++x)
-        columns[x] = {std::max(columns[x].first, 0), std::min(columns[x].end, height)};
+    for (int x = 0; x < width; ++x) {
+        const int first = std::max(columns[x].first, 0), end = std::min(columns[x].end, height);
+        columns[x] = first < end ? ScopeColumn{first, end} : ScopeColumn{0, 0};
+    }
 }
 
 // ---- colours

@@ -31,7 +31,7 @@ void ScopeFormatText(const SoundFormatRecord& format, char (&text)[kFormatTextSi
 // ---- traces
 enum ScopeChannel { kScopeLeft, kScopeRight, kScopeMean };
 
-// The rows [first, end) of one column; none when first >= end.
+// The rows [first, end) of one column; both 0 for none.
 struct ScopeColumn {
     int first, end;
 };

@@ -135,18 +135,13 @@ static void Recolor(const ScopeWindow& scope, const ScopeTrace& trace, int x, in
 // The rows of `a` that are not in `b`.
 static void RecolorDifference(const ScopeWindow& scope, const ScopeTrace& trace, int x,
                               const ScopeColumn& a, const ScopeColumn& b, int lit, Dirt* dirt) {
-    if (a.first >= a.end) return;
     const int top = trace.place.trace.top;
-    const int none = b.first >= b.end;
-    const int upperEnd = none ? a.end : std::min(a.end, b.first);
-    const int lowerFirst = none ? a.end : std::max(a.first, b.end);
-    if (a.first < upperEnd) {
-        Recolor(scope, trace, x, a.first, upperEnd, lit);
-        Soil(dirt, top + a.first, top + upperEnd);
-    }
-    if (lowerFirst < a.end) {
-        Recolor(scope, trace, x, lowerFirst, a.end, lit);
-        Soil(dirt, top + lowerFirst, top + a.end);
+    const ScopeColumn parts[] = {{a.first, std::min(a.end, b.first)},
+                                 {std::max(a.first, b.end), a.end}};
+    for (const ScopeColumn& part : parts) {
+        if (part.first >= part.end) continue;
+        Recolor(scope, trace, x, part.first, part.end, lit);
+        Soil(dirt, top + part.first, top + part.end);
     }
 }
 

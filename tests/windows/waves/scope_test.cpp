@@ -9,23 +9,21 @@
 #include <random>
 #include <vector>
 
-static int Sample(const std::vector<uint8_t>& bytes, int index, int bits) {
-    if (bits == 8) return static_cast<int8_t>(bytes[index]);
-    return reinterpret_cast<const int16_t*>(bytes.data())[index];
-}
-
 static std::vector<POINT> PointsOf(const std::vector<uint8_t>& bytes,
                                    const SoundFormatRecord& format, ScopeChannel channel,
                                    float gain, int width, int height) {
-    const int count = kSoundBufferBytes / format.blockAlign;
+    const int count = kSoundBufferBytes / format.blockAlign, wide = format.bits == 16;
+    const auto sample = [&](int i) -> double {
+        return wide ? reinterpret_cast<const int16_t*>(bytes.data())[i]
+                    : static_cast<int8_t>(bytes[i]);
+    };
     std::vector<POINT> points(count);
     for (int i = 0; i < count; ++i) {
-        double v = Sample(bytes, i * format.channels, format.bits);
-        const double right = Sample(bytes, (i + 1) * format.channels - 1, format.bits);
-        if (channel == kScopeRight) v = right;
-        if (channel == kScopeMean) v = (v + right) / 2;
-        v = gain * v * height / (format.bits == 8 ? 256 : 65536);
-        points[i] = {i * width / count, height / 2 - std::lround(v)};
+        const double left = sample(i * format.channels);
+        const double right = sample((i + 1) * format.channels - 1);
+        const double v[] = {left, right, (left + right) / 2};
+        points[i] = {i * width / count,
+                     height / 2 - std::lround(gain * v[channel] * height / (wide ? 65536 : 256))};
     }
     return points;
 }
