@@ -8,6 +8,7 @@
 // first stages. Left and right sit in the two halves of SSE2 registers.
 #include "waves/spectrum.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstring>
 #include <emmintrin.h>
@@ -121,7 +122,7 @@ static void MakeTables(Spectrum* s, int points, const float edges[kBands]) {
 
 void ComputeBands(Spectrum* s, const StereoFrame* frames, int points, const float edges[kBands],
                   StereoValue bands[kBands]) {
-    if (s->points != points || std::memcmp(s->edges, edges, sizeof s->edges) != 0)
+    if (s->points != points || !std::equal(edges, edges + kBands, s->edges))
         MakeTables(s, points, edges);
     if (s->withoutAvx || !kMayUseAvx || !__builtin_cpu_supports("avx"))
         AllStages(s, frames, bands);
