@@ -6,9 +6,12 @@
 
 int InitMediaGraph();
 void ReleaseMediaGraph(); // capture comes back
+// For a ComponentThread's Forget: the thread of the graph was killed, and cannot release it.
+void ForgetMediaGraph();
 int LoadMediaFile(const char* path);
 int BeginMediaPlay();
 int StopMediaPlay();
+// These two also start a stopped graph: they are for while it plays or is paused. A seek plays on.
 int ToggleMediaPause();
 int SeekMediaToSecond(double second);
 // Seconds; both 0 without a graph.
