@@ -103,7 +103,7 @@ function(tonvista_program)
     target_link_options(tonvista PRIVATE $<$<CONFIG:Release>:-s>)
   endif()
   tonvista_dll(discdrive tonvdisc TONVDisc core)
-  tonvista_dll(extractor tonvextr TONVExtr core_win)
+  tonvista_dll(extractor tonvextr TONVExtr waves_win)
 endfunction()
 
 # GCC 12 also takes vectors of known size for overrun. In tests that stays off: they run under ASan.

@@ -120,6 +120,8 @@ extern SharedControlBlock* SharedBlock;
 // Opens or creates the block: null when it can't be had or another build's layout stands there.
 // A new block comes zeroed with its size and version filled in.
 SharedControlBlock* OpenSharedBlock();
+// Null while no program has made one: for a guest in a process that may not be ours.
+SharedControlBlock* OpenPresentSharedBlock();
 void CloseSharedBlock(SharedControlBlock* block);
 
 // Interlocked changes of a 32-bit field at `offset` (offsetof) of the open block; each returns the

@@ -20,30 +20,42 @@ static int IsOurs(volatile const SharedControlBlock* block) {
     return block->BlockSize == kSharedBlockSize && block->BlockVersion == kSharedBlockVersion;
 }
 
-SharedControlBlock* OpenSharedBlock() {
-    SetLastError(ERROR_SUCCESS);
-    HANDLE mapping = CreateFileMappingA(INVALID_HANDLE_VALUE, nullptr, PAGE_READWRITE, 0,
-                                        kSharedBlockSize, kSharedBlockName);
-    if (!mapping) return nullptr;
-    const bool existed = GetLastError() == ERROR_ALREADY_EXISTS;
+static SharedControlBlock* MapBlock(HANDLE mapping, int isNew) {
+    // Null also when a smaller block of that name stands there.
     void* view = MapViewOfFile(mapping, FILE_MAP_ALL_ACCESS, 0, 0, kSharedBlockSize);
-    if (!view) { // also when a smaller block of that name stands there
-        CloseHandle(mapping);
-        return nullptr;
-    }
+    if (!view) return nullptr;
     auto* block = static_cast<SharedControlBlock*>(view);
-    if (!existed) {
+    if (isNew) {
         std::memset(view, 0, kSharedBlockSize);
         block->BlockVersion = kSharedBlockVersion;
         MemoryBarrier(); // the size comes last: it says that the rest is there
         block->BlockSize = kSharedBlockSize;
     } else if (!IsOurs(block)) {
         UnmapViewOfFile(view);
-        CloseHandle(mapping);
         return nullptr;
     }
-    s_mapping = mapping;
     return block;
+}
+
+static SharedControlBlock* KeepMapping(HANDLE mapping, int isNew) {
+    if (!mapping) return nullptr;
+    SharedControlBlock* block = MapBlock(mapping, isNew);
+    if (block)
+        s_mapping = mapping;
+    else
+        CloseHandle(mapping);
+    return block;
+}
+
+SharedControlBlock* OpenSharedBlock() {
+    SetLastError(ERROR_SUCCESS);
+    HANDLE mapping = CreateFileMappingA(INVALID_HANDLE_VALUE, nullptr, PAGE_READWRITE, 0,
+                                        kSharedBlockSize, kSharedBlockName);
+    return KeepMapping(mapping, GetLastError() != ERROR_ALREADY_EXISTS);
+}
+
+SharedControlBlock* OpenPresentSharedBlock() {
+    return KeepMapping(OpenFileMappingA(FILE_MAP_ALL_ACCESS, FALSE, kSharedBlockName), 0);
 }
 
 void CloseSharedBlock(SharedControlBlock* block) {

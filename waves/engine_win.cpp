@@ -5,13 +5,11 @@
 #include "core/commands.h"
 #include "core/shared_block.h"
 #include "waves/loopback_win.h"
+#include "waves/publish.h"
 #include "waves/settings_win.h"
-#include "waves/sound.h"
 #include "waves/wave_in_win.h"
 
 #include <mmsystem.h>
-
-#include <cstring>
 
 constexpr UINT_PTR kWatchTimer = 600, kLoopbackTimer = 601;
 constexpr UINT kWatchMs = 1000, kLoopbackMs = 15;
@@ -24,14 +22,12 @@ namespace {
 struct WavesEngine {
     HWND window;
     WavesSettings source; // what is captured, or was last
-    SoundFormatRecord format;
-    uint32_t fftChoice;
+    PublishedSound sound;
     int wanted; // capture is to run: a device that is gone is tried again and again
     int open;
     LoopbackStream* loopback; // where that is what is open
     DWORD soundTick;          // of the last buffer
     uint32_t silentWatches;   // in a row
-    SoundValues values;
 };
 } // namespace
 static WavesEngine s_waves;
@@ -39,51 +35,17 @@ static SoundSums s_sums; // large, and worth keeping: it holds tables
 
 // ---- publishing
 
-static void PublishPower(const SoundValues& values) {
-    SharedBlock->PowerLeft = values.powerLeft;
-    SharedBlock->PowerRight = values.powerRight;
-    SharedBlock->PowerFullScale = values.powerFullScale;
-    SharedBlock->HoldCounter = values.holdCounter;
-}
-
-static void PublishBands(const SoundValues& values) {
-    SharedBlock->BandReference = values.bandReference;
-    std::memcpy(SharedBlock->BandsLeft, values.bandsLeft, sizeof values.bandsLeft);
-    std::memcpy(SharedBlock->BandsRight, values.bandsRight, sizeof values.bandsRight);
-}
-
-// The format, for windows that open before the first buffer. All else is still of another format,
-// or of before a device was lost.
-static void PublishOpening() {
-    if (!SharedBlock) return;
-    s_waves.values = {};
-    std::memcpy(SharedBlock->SoundFormat, &s_waves.format, sizeof SharedBlock->SoundFormat);
-    std::memset(SharedBlock->SoundBuffer, s_waves.format.bits == 8 ? 128 : 0, kSoundBufferBytes);
-    PublishPower(s_waves.values);
-    PublishBands(s_waves.values);
-}
-
 static void OnSound(const uint8_t* bytes) {
     const DWORD now = GetTickCount();
     s_waves.soundTick = now;
     s_waves.silentWatches = 0;
-    if (!SharedBlock) return;
-    std::memcpy(SharedBlock->SoundFormat, &s_waves.format, sizeof SharedBlock->SoundFormat);
-    std::memcpy(SharedBlock->SoundBuffer, bytes, kSoundBufferBytes);
-    s_waves.values.holdLimit = SharedBlock->HoldLimit;
-    const int noClamp = SharedBlock->NoClamp != 0;
-    const int whole =
-        ProcessSound(&s_sums, bytes, s_waves.format, s_waves.fftChoice, noClamp, &s_waves.values);
-    PublishPower(s_waves.values);
-    if (!whole) return;
-    PublishBands(s_waves.values);
-    ExchangeShared(SHARED_FIELD(SoundTick), now); // last: it says that the rest is there
+    if (SharedBlock) PublishSound(SharedBlock, &s_waves.sound, &s_sums, bytes, now);
 }
 
 // ---- the source
 
 static int OpenLoopbackSource(uint16_t device) {
-    s_waves.loopback = OpenLoopback(device, s_waves.format);
+    s_waves.loopback = OpenLoopback(device, s_waves.sound.format);
     if (!s_waves.loopback) return 0;
     if (SetTimer(s_waves.window, kLoopbackTimer, kLoopbackMs, nullptr)) return 1;
     CloseLoopback(s_waves.loopback);
@@ -92,13 +54,13 @@ static int OpenLoopbackSource(uint16_t device) {
 }
 
 static int OpenSource(const WavesSettings& source) {
-    s_waves.format = FormatOfCode(source.format);
+    s_waves.sound.format = FormatOfCode(source.format);
     s_waves.open = source.device >= kLoopbackDefault
                        ? OpenLoopbackSource(source.device)
-                       : OpenWaveIn(source.device, s_waves.format, s_waves.window);
+                       : OpenWaveIn(source.device, s_waves.sound.format, s_waves.window);
     if (!s_waves.open) return 0;
     s_waves.source = source;
-    if (s_waves.wanted) PublishOpening();
+    if (s_waves.wanted && SharedBlock) PublishOpening(SharedBlock, &s_waves.sound);
     return 1;
 }
 
@@ -137,7 +99,7 @@ static int OnCloseCommand() {
 }
 
 static int OnReconfigure(const WavesSettings& source) {
-    s_waves.fftChoice = static_cast<uint32_t>(LoadFftChoice());
+    s_waves.sound.fftChoice = static_cast<uint32_t>(LoadFftChoice());
     BeginWatch();
     if (!CloseSource()) return 0;
     const int good = OpenSource(source);
@@ -219,7 +181,7 @@ static int OpenEngine(ComponentThread* thread) {
     if (!s_waves.window) return 0;
     thread->Window = s_waves.window;
     s_waves.source = LoadWavesSettings();
-    s_waves.fftChoice = static_cast<uint32_t>(LoadFftChoice());
+    s_waves.sound.fftChoice = static_cast<uint32_t>(LoadFftChoice());
     SendMessageA(s_waves.window, WM_COMMAND, kWavesOpen, 0);
     if (s_waves.open) return 1;
     DestroyWindow(s_waves.window);

@@ -6,10 +6,8 @@
 #include "waves/loopback_win.h"
 #include "waves/wave_in_win.h"
 
-static const char* const kWavesSection = "Software\\Tonvista\\Waves";
 static const char* const kDeviceValue = "InDevice";
 static const char* const kFormatValue = "InFormat";
-static const char* const kFftValue = "FFTChoice";
 
 static uint32_t ReadNumber(const char* name, uint32_t fallback) {
     ReadRegValue(kUserRoot, kWavesSection, name, kRegDword, &fallback, sizeof fallback);
@@ -24,15 +22,6 @@ WavesSettings LoadWavesSettings() {
 void StoreWavesSettings(const WavesSettings& settings) {
     WriteRegDword(kUserRoot, kWavesSection, kFormatValue, kRegDword, settings.format);
     WriteRegDword(kUserRoot, kWavesSection, kDeviceValue, kRegDword, settings.device);
-}
-
-int LoadFftChoice() {
-    const uint32_t choice = ReadNumber(kFftValue, 0);
-    return choice < kFftChoices ? static_cast<int>(choice) : 0;
-}
-
-void StoreFftChoice(int choice) {
-    WriteRegDword(kUserRoot, kWavesSection, kFftValue, kRegDword, static_cast<uint32_t>(choice));
 }
 
 void SeedWavesDefaults() {

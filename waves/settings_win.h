@@ -2,6 +2,8 @@
 #pragma once
 #include <cstdint>
 
+constexpr const char* kWavesSection = "Software\\Tonvista\\Waves";
+
 struct WavesSettings {
     uint16_t device; // "InDevice": a wave-input device, or see waves/loopback_win.h
     uint32_t format; // "InFormat": a format code; where it is absent, kDefaultFormatCode
