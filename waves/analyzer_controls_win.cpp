@@ -19,7 +19,7 @@ static constexpr int kMinLetter = 7;    // cell height in pixels
 static constexpr int kUsualLetter = 14; // in windows of usual size
 static constexpr int kLargeLetter = 20; // in large ones
 static constexpr int kEdge = 2;         // of a button
-static constexpr int kTextAir = 1;      // between a label and the edge
+static constexpr int kTextAir = 2;      // between a label and the edge
 
 static int IsIndicator(int id) {
     return id >= kAnalyzerStereo && id <= kAnalyzerName;

@@ -141,6 +141,7 @@ TEST_F(AnalyzerTest, SettingsAreMendedEditedAndKept) {
     EXPECT_TRUE(Turns(kAnalyzerCenter, true)) << "one of the two is always on";
     PostMessageA(window, WM_HSCROLL, MAKEWPARAM(SB_ENDSCROLL, 1), 0);
     Command(window, kAnalyzerTrails);
+    EXPECT_TRUE(Turns(kAnalyzerTrails, true));
     Command(window, kAnalyzerSetUp);
     HWND dialog = nullptr;
     ASSERT_TRUE(WaitUntil([&] { return (dialog = FindWindowA("#32770", kDialog)) != nullptr; }));
