@@ -6,17 +6,15 @@
 
 FakeMixer Fake;
 
-static CRITICAL_SECTION& Section() {
-    static CRITICAL_SECTION s_section;
-    static const bool s_made = (InitializeCriticalSection(&s_section), true);
-    return *(s_made ? &s_section : nullptr);
-}
+// Made before the first test runs.
+static CRITICAL_SECTION s_section;
+static const bool s_made = (InitializeCriticalSection(&s_section), true);
 
 FakeLock::FakeLock() {
-    EnterCriticalSection(&Section());
+    if (s_made) EnterCriticalSection(&s_section);
 }
 FakeLock::~FakeLock() {
-    LeaveCriticalSection(&Section());
+    LeaveCriticalSection(&s_section);
 }
 
 // ---- making cards
@@ -71,20 +69,30 @@ void ResetFake() {
     items = {AddSource(1, PlainSource("Microphone")), AddSource(1, PlainSource("Line In"))};
 }
 
-static FakeLine* LineById(FakeCard* card, DWORD id) {
+namespace {
+struct Place {
+    FakeLine* line;
+    DWORD destination, source;
+    const FakeDestination* of; // null for sources
+};
+} // namespace
+
+static std::vector<Place> Lines(FakeCard* card) {
+    std::vector<Place> places;
+    DWORD d = 0, s = 0;
     for (FakeDestination& destination : card->destinations) {
-        if (destination.line.id == id) return &destination.line;
+        places.push_back({&destination.line, d, 0, &destination});
         for (FakeLine& source : destination.sources)
-            if (source.id == id) return &source;
+            places.push_back({&source, d, s++, nullptr});
+        ++d, s = 0;
     }
-    return nullptr;
+    return places;
 }
 
 FakeControl* FindFake(DWORD lineId, DWORD type) {
-    FakeLine* line = LineById(&Fake.cards[0], lineId);
-    if (!line) return nullptr;
-    for (FakeControl& control : line->controls)
-        if (control.type == type) return &control;
+    for (const Place& place : Lines(&Fake.cards[0]))
+        for (FakeControl& control : place.line->controls)
+            if (place.line->id == lineId && control.type == type) return &control;
     return nullptr;
 }
 
@@ -148,46 +156,35 @@ static MMRESULT WINAPI FakeClose(HMIXER) {
     return MMSYSERR_NOERROR;
 }
 
-static void Describe(const FakeLine& line, DWORD destination, DWORD source, MIXERLINEA* to) {
-    *to = {};
-    to->cbStruct = sizeof *to;
-    to->dwDestination = destination;
-    to->dwSource = source;
-    to->dwLineID = line.id;
-    to->dwComponentType = line.type;
-    to->cChannels = line.channels;
-    to->cControls = static_cast<DWORD>(line.controls.size());
-    std::strncpy(to->szShortName, line.name.c_str(), sizeof to->szShortName - 1);
-    std::strncpy(to->szName, line.name.c_str(), sizeof to->szName - 1);
-}
-
 static MMRESULT WINAPI FakeGetLineInfo(HMIXEROBJ object, LPMIXERLINEA line, DWORD flags) {
     const FakeLock lock;
     FakeCard* card = nullptr;
     if (const MMRESULT result = Enter(object, flags, &card)) return result;
     if (line->cbStruct != sizeof *line) return MMSYSERR_INVALPARAM;
     const MIXERLINEA asked = *line;
-    for (size_t d = 0; d < card->destinations.size(); ++d) {
-        const FakeDestination& destination = card->destinations[d];
-        const auto number = static_cast<DWORD>(d);
-        const DWORD count = static_cast<DWORD>(destination.sources.size());
-        const DWORD how = flags & MIXER_GETLINEINFOF_QUERYMASK;
-        if ((how == MIXER_GETLINEINFOF_COMPONENTTYPE &&
-             destination.line.type == asked.dwComponentType) ||
-            (how == MIXER_GETLINEINFOF_LINEID && destination.line.id == asked.dwLineID)) {
-            Describe(destination.line, number, 0, line);
-            line->cConnections = destination.toldSources ? destination.toldSources : count;
-            return MMSYSERR_NOERROR;
+    const DWORD how = flags & MIXER_GETLINEINFOF_QUERYMASK;
+    for (const Place& place : Lines(card)) {
+        const FakeLine& found = *place.line;
+        if (how == MIXER_GETLINEINFOF_LINEID) {
+            if (found.id != asked.dwLineID) continue;
+        } else if (how == MIXER_GETLINEINFOF_COMPONENTTYPE) {
+            if (!place.of || found.type != asked.dwComponentType) continue;
+        } else if (place.of || place.destination != asked.dwDestination ||
+                   place.source != asked.dwSource) {
+            continue;
         }
-        for (DWORD s = 0; s < count; ++s) {
-            const FakeLine& source = destination.sources[s];
-            if ((how == MIXER_GETLINEINFOF_SOURCE && asked.dwDestination == number &&
-                 asked.dwSource == s) ||
-                (how == MIXER_GETLINEINFOF_LINEID && source.id == asked.dwLineID)) {
-                Describe(source, number, s, line);
-                return MMSYSERR_NOERROR;
-            }
-        }
+        *line = {};
+        line->cbStruct = sizeof *line;
+        line->dwDestination = place.destination;
+        line->dwSource = place.source;
+        line->dwLineID = found.id;
+        line->dwComponentType = found.type;
+        line->cChannels = found.channels;
+        line->cControls = static_cast<DWORD>(found.controls.size());
+        if (place.of) line->cConnections = static_cast<DWORD>(place.of->sources.size());
+        if (place.of && place.of->toldSources) line->cConnections = place.of->toldSources;
+        std::strncpy(line->szName, found.name.c_str(), sizeof line->szName - 1);
+        return MMSYSERR_NOERROR;
     }
     return MIXERR_INVALLINE;
 }
@@ -211,33 +208,25 @@ static MMRESULT WINAPI FakeGetLineControls(HMIXEROBJ object, LPMIXERLINECONTROLS
     if (const MMRESULT result = Enter(object, flags, &card)) return result;
     if (asked->cbStruct != sizeof *asked || asked->cbmxctrl != sizeof(MIXERCONTROLA))
         return MMSYSERR_INVALPARAM;
-    const FakeLine* line = LineById(card, asked->dwLineID);
-    if (!line) return MIXERR_INVALLINE;
     const bool all = (flags & MIXER_GETLINECONTROLSF_QUERYMASK) == MIXER_GETLINECONTROLSF_ALL;
-    if (asked->cControls != (all ? line->controls.size() : 1)) return MMSYSERR_INVALPARAM;
-    MIXERCONTROLA* to = asked->pamxctrl;
-    for (const FakeControl& control : line->controls) {
-        if (!all && control.type != asked->dwControlType) continue;
-        Describe(control, to++);
-        if (!all) return MMSYSERR_NOERROR;
-    }
-    return all ? MMSYSERR_NOERROR : MIXERR_INVALCONTROL;
+    DWORD count = 0;
+    for (const Place& place : Lines(card))
+        for (const FakeControl& control : place.line->controls)
+            if (place.line->id == asked->dwLineID && (all || control.type == asked->dwControlType))
+                if (count++ < asked->cControls) Describe(control, &asked->pamxctrl[count - 1]);
+    if (all && count != asked->cControls) return MMSYSERR_INVALPARAM;
+    return count ? MMSYSERR_NOERROR : MIXERR_INVALCONTROL;
 }
 
-// The control, with its line's channels, if the details ask for as many values as it has.
+// The control, if the details ask for as many values as it has.
 static FakeControl* ControlFor(FakeCard* card, const MIXERCONTROLDETAILS& details) {
-    for (FakeDestination& destination : card->destinations) {
-        std::vector<FakeLine*> lines = {&destination.line};
-        for (FakeLine& source : destination.sources)
-            lines.push_back(&source);
-        for (FakeLine* line : lines)
-            for (FakeControl& control : line->controls)
-                if (control.id == details.dwControlID &&
-                    details.cMultipleItems == control.items.size() &&
-                    (details.cChannels == 1 ||
-                     (!control.uniform && details.cChannels == line->channels)))
-                    return &control;
-    }
+    if (details.cbStruct != sizeof details) return nullptr;
+    for (const Place& place : Lines(card))
+        for (FakeControl& control : place.line->controls)
+            if (control.id == details.dwControlID &&
+                details.cMultipleItems == control.items.size() &&
+                details.cChannels == (control.uniform ? 1 : place.line->channels))
+                return &control;
     return nullptr;
 }
 
@@ -247,7 +236,7 @@ static MMRESULT WINAPI FakeGetControlDetails(HMIXEROBJ object, LPMIXERCONTROLDET
     FakeCard* card = nullptr;
     if (const MMRESULT result = Enter(object, flags, &card)) return result;
     const FakeControl* control = ControlFor(card, *details);
-    if (!control || details->cbStruct != sizeof *details) return MMSYSERR_INVALPARAM;
+    if (!control) return MMSYSERR_INVALPARAM;
     if ((flags & MIXER_GETCONTROLDETAILSF_QUERYMASK) == MIXER_GETCONTROLDETAILSF_LISTTEXT) {
         auto* texts = static_cast<MIXERCONTROLDETAILS_LISTTEXTA*>(details->paDetails);
         if (details->cbDetails != sizeof *texts) return MMSYSERR_INVALPARAM;
@@ -267,8 +256,7 @@ static MMRESULT WINAPI FakeSetControlDetails(HMIXEROBJ object, LPMIXERCONTROLDET
     FakeCard* card = nullptr;
     if (const MMRESULT result = Enter(object, flags, &card)) return result;
     FakeControl* control = ControlFor(card, *details);
-    if (!control || details->cbStruct != sizeof *details || details->cbDetails != sizeof(DWORD))
-        return MMSYSERR_INVALPARAM;
+    if (!control || details->cbDetails != sizeof(DWORD)) return MMSYSERR_INVALPARAM;
     ++Fake.writes;
     std::copy_n(static_cast<const DWORD*>(details->paDetails), control->values.size(),
                 control->values.begin());

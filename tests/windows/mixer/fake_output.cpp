@@ -68,18 +68,14 @@ struct Volume final : Object<IAudioEndpointVolume> {
         *muted = Outputs.muted;
         return Enter();
     }
-    UNUSED(GetChannelCount(UINT*))
-    UNUSED(SetMasterVolumeLevel(FLOAT, LPCGUID))
-    UNUSED(GetMasterVolumeLevel(FLOAT*))
-    UNUSED(SetChannelVolumeLevel(UINT, FLOAT, LPCGUID))
-    UNUSED(SetChannelVolumeLevelScalar(UINT, FLOAT, LPCGUID))
-    UNUSED(GetChannelVolumeLevel(UINT, FLOAT*))
-    UNUSED(GetChannelVolumeLevelScalar(UINT, FLOAT*))
-    UNUSED(GetVolumeStepInfo(UINT*, UINT*))
-    UNUSED(VolumeStepUp(LPCGUID))
-    UNUSED(VolumeStepDown(LPCGUID))
-    UNUSED(QueryHardwareSupport(DWORD*))
-    UNUSED(GetVolumeRange(FLOAT*, FLOAT*, FLOAT*))
+    // clang-format off
+    UNUSED(GetChannelCount(UINT*)) UNUSED(SetMasterVolumeLevel(FLOAT, LPCGUID))
+    UNUSED(GetMasterVolumeLevel(FLOAT*)) UNUSED(SetChannelVolumeLevel(UINT, FLOAT, LPCGUID))
+    UNUSED(SetChannelVolumeLevelScalar(UINT, FLOAT, LPCGUID)) UNUSED(VolumeStepUp(LPCGUID))
+    UNUSED(GetChannelVolumeLevel(UINT, FLOAT*)) UNUSED(GetChannelVolumeLevelScalar(UINT, FLOAT*))
+    UNUSED(GetVolumeStepInfo(UINT*, UINT*)) UNUSED(VolumeStepDown(LPCGUID))
+    UNUSED(QueryHardwareSupport(DWORD*)) UNUSED(GetVolumeRange(FLOAT*, FLOAT*, FLOAT*))
+    // clang-format on
 };
 
 struct Properties final : Object<IPropertyStore> {
