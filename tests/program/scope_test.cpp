@@ -105,8 +105,6 @@ TEST_F(ScopeTest, DrawsEachChannelInItsPaneInEveryMode) {
     WriteWindowDword(7, "Legends", 0);
     SetGain(2);
     StartScope();
-    Publish(k16Stereo, 0, 0);
-    EXPECT_TRUE(Shows(2, 0, "0 / 0 | 0 / 0 | ")) << Shown(2, 0);
     Publish(k16Stereo, 8192, 4096);
     EXPECT_TRUE(Shows(2, 0, "-2 0 / 0 2 | -1 0 / 0 1 | ")) << Shown(2, 0);
     EXPECT_EQ(ChildText(window, kScopeMode) + " " + ChildText(window, kScopeFormat),
@@ -119,6 +117,9 @@ TEST_F(ScopeTest, DrawsEachChannelInItsPaneInEveryMode) {
     EXPECT_EQ(At(x, centre), kLow);
     Command(window, kScopeGradient);
     EXPECT_TRUE(WaitUntil([&] { return At(x, centre - up) == kLow && At(x, centre) == kLine; }));
+    Publish(k16Stereo, 0, 0);
+    EXPECT_TRUE(Shows(2, 0, "0 / 0 | 0 / 0 | ")) << Shown(2, 0);
+    Publish(k16Stereo, 8192, 4096);
     Command(window, kScopeVertical);
     EXPECT_TRUE(Shows(2, 1, "-2 0 / 0 2 | -1 0 / 0 1 | ")) << Shown(2, 1);
     Publish(k16Stereo, 8192, -4096 * 4);
