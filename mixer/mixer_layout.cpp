@@ -124,7 +124,8 @@ static int NameLetter(const int* names, int columns, int room, int most) {
 // comfortable, sliders shorter than comfortable. The factors are a matter of taste, tried on 1 to
 // 24 sources at sizes from 292 by 92 to 1592 by 500.
 static int ArrangementCost(const Grid& grid, const int* names, int columns) {
-    constexpr int kGoodLetter = 13, kGoodSlider = 48, kLeastSlider = 16;
+    constexpr int kGoodLetter = 13, kGoodSlider = 48, kLeastSlider = 16, kLeastWidth = 16;
+    constexpr int kMostLacking = 30; // one long name does not rule the others
     const Box cell = GridCell(grid, 0, 0);
     Box name, slider;
     CutColumn(cell, NameHeight(cell.height), &name, &slider);
@@ -133,9 +134,10 @@ static int ArrangementCost(const Grid& grid, const int* names, int columns) {
         NameLetter(names, columns, room, std::min(kGoodLetter, name.height - kNameAir));
     int lacking = 0;
     for (int i = 0; i < columns; ++i)
-        lacking += std::max(names[i] * kMixerMinName / 1000 - room, 0);
+        lacking += std::clamp(names[i] * kMixerMinName / 1000 - room, 0, kMostLacking);
     int cost = 4 * lacking / columns + 8 * (kGoodLetter - letter);
     cost += std::max(kGoodSlider - slider.height, 0);
+    if (slider.width < kLeastWidth) cost += 100;
     if (slider.height < kLeastSlider) cost += 1000;
     return cost;
 }
