@@ -21,7 +21,7 @@ wanted() { # NAME; all when no name was given
 }
 
 names=("$@")
-programs=() scripts=() targets=(tonvista tonvdisc)
+programs=() scripts=() targets=(tonvista tonvdisc tonvextr)
 for file in bench/*.cpp bench/*.sh bench/*.py; do
   [ -e "$file" ] || continue
   name=$(basename "${file%.*}")

@@ -65,7 +65,7 @@ prepare() {
   tools/setup.sh build wine
   say "building"
   cmake --preset win32 >build/run-cmake.log 2>&1 || { cat build/run-cmake.log; die "cmake failed"; }
-  cmake --build build/win32 --target tonvista tonvdisc
+  cmake --build build/win32 --target tonvista tonvdisc tonvextr
   if [ -z "$image" ]; then
     compgen -G 'build/demo-disc/*.cue' >/dev/null || tools/make_demo_disc.sh build/demo-disc >/dev/null
     image=$(realpath -e build/demo-disc/*.cue | head -n 1)

@@ -6,7 +6,7 @@
 #   tools/host.sh start NAME [WxH|own] start a host (1280x1024 unless told); own: with the machine's
 #                                      display and sound server where it has them
 #   tools/host.sh run NAME -- CMD...   run a command in it (starts it when needed)
-#   tools/host.sh install NAME BUILD   put the program and the disc drive of a build into C:\Tonvista
+#   tools/host.sh install NAME BUILD   put the program and the DLLs of a build into C:\Tonvista
 #   tools/host.sh shot NAME FILE.png   screenshot of its display
 #   tools/host.sh path NAME            its Wine prefix
 #   tools/host.sh end NAME             end it, keep its prefix for the next start
@@ -194,7 +194,7 @@ install_program() { # NAME BUILD
   local dir=$hosts/$1/prefix/drive_c/Tonvista
   mkdir -p "$dir"
   cp --remove-destination "$2/tonvista.exe" "$dir/"
-  cp --remove-destination "$2/TONVDisc.dll" "$dir/"
+  cp --remove-destination "$2/TONVDisc.dll" "$2/TONVExtr.dll" "$dir/"
   run_in wine reg add 'HKLM\Software\Microsoft\Windows NT\CurrentVersion\MCI' /v cdaudio \
     /d 'C:\Tonvista\TONVDisc.dll' /f >/dev/null
   run_in wine reg add 'HKCU\Software\TonvistaDiscDrive' /v Drive /d D /f >/dev/null

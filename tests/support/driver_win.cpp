@@ -1,6 +1,8 @@
 // See driver_win.h.
 #include "tests/support/driver_win.h"
 
+#include "core/extractor.h"
+
 #include <cstdio>
 
 static std::string FolderOf(const std::string& path) {
@@ -38,7 +40,7 @@ static bool Install(const std::string& build, const char* name) {
 }
 
 bool InstallProgram(const std::string& build) {
-    return Install(build, "tonvista.exe") && InstallDrive(build);
+    return Install(build, "tonvista.exe") && Install(build, kExtractorFile) && InstallDrive(build);
 }
 
 bool InstallDrive(const std::string& build) {

@@ -16,8 +16,8 @@ constexpr const char* kWindowClass = "TNVUIWindowClass";
 constexpr const char* kCdEngineClass = "CDPlayrHiddenWindowClassName";
 constexpr DWORD kPatienceMs = 8000; // for anything that should come
 
-// Copies the program and the drive of a build folder to kProgramFolder, a path without blanks,
-// which the MCI registration needs, and makes the drive the machine's CD-audio driver.
+// Copies the program and its DLLs of a build folder to kProgramFolder, a path without blanks, which
+// the MCI registration needs, and makes the drive the machine's CD-audio driver.
 bool InstallProgram(const std::string& build);
 // The drive alone.
 bool InstallDrive(const std::string& build);

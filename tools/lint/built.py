@@ -14,7 +14,7 @@ WINDOWS_DLLS = {
     "kernel32", "user32", "gdi32", "advapi32", "comctl32", "comdlg32", "shell32", "shlwapi",
     "ole32", "oleaut32", "winmm", "version", "msvcrt", "uuid", "quartz", "msacm32",
 }
-BUILT = ["build/win32/tonvista.exe", "build/win32/TONVDisc.dll"]
+BUILT = ["build/win32/tonvista.exe", "build/win32/TONVDisc.dll", "build/win32/TONVExtr.dll"]
 OBJDUMP = "i686-w64-mingw32-objdump"
 
 
