@@ -1,12 +1,11 @@
 // The file types dialog, and the box shown where the platform plays no media.
 #include "core/component_win.h"
 #include "core/strings_win.h"
-#include "core/text.h"
+#include "media/icon_dialog_win.h"
 #include "media/types_parts_win.h"
 #include "media/types_win.h"
 #include "resources/ids.h"
 
-#include <shlobj.h>
 #include <windowsx.h>
 
 constexpr int kRowCount = 3;
@@ -38,38 +37,9 @@ static void ShowIcon(int row) {
     r.icon = icon;
 }
 
-// The shell's chooser has a caption of its own; ours says which icon it is about.
-static HHOOK s_hook;
-static UINT s_caption;
-
-static LRESULT CALLBACK CaptionHook(int code, WPARAM wParam, LPARAM lParam) {
-    if (code == HCBT_ACTIVATE && s_caption) {
-        char text[kStringMax];
-        LoadText(s_caption, text);
-        s_caption = 0;
-        SetWindowTextA(reinterpret_cast<HWND>(wParam), text);
-    }
-    return CallNextHookEx(s_hook, code, wParam, lParam);
-}
-
-static void ChooseIcon(int row) {
+static void OnChoose(int row) {
     TypeRow& r = s_dialog.rows[row];
-    wchar_t path[MAX_PATH] = L"";
-    MultiByteToWideChar(CP_ACP, 0, r.iconFile, -1, path, MAX_PATH);
-    int index = r.iconIndex;
-    s_caption = IDS_CHOOSE_ICON + row;
-    s_hook = SetWindowsHookExA(WH_CBT, CaptionHook, nullptr, GetCurrentThreadId());
-    const int chosen = PickIconDlg(s_dialog.window, path, MAX_PATH, &index);
-    if (s_hook) UnhookWindowsHookEx(s_hook);
-    if (!chosen) return;
-    wchar_t whole[MAX_PATH]; // the shell's own files come with a variable in their path
-    const DWORD length = ExpandEnvironmentStringsW(path, whole, MAX_PATH);
-    char file[MAX_PATH];
-    if (!length || length > MAX_PATH ||
-        !WideCharToMultiByte(CP_ACP, 0, whole, -1, file, sizeof file, nullptr, nullptr))
-        return;
-    CopyText(r.iconFile, file);
-    r.iconIndex = index;
+    if (!ChooseIcon(s_dialog.window, IDS_CHOOSE_ICON + row, r.iconFile, &r.iconIndex)) return;
     r.iconChosen = 1;
     ShowIcon(row);
 }
@@ -116,7 +86,7 @@ static void OnOk() {
 static void OnTypesCommand(int id) {
     if (id == IDOK) OnOk();
     if (id == IDCANCEL) EndDialog(s_dialog.window, IDCANCEL);
-    if (id >= IDC_TYPE_CHOOSE && id < IDC_TYPE_CHOOSE + kRowCount) ChooseIcon(id - IDC_TYPE_CHOOSE);
+    if (id >= IDC_TYPE_CHOOSE && id < IDC_TYPE_CHOOSE + kRowCount) OnChoose(id - IDC_TYPE_CHOOSE);
 }
 
 static INT_PTR TypesDialogProc(HWND dialog, UINT message, WPARAM wParam, LPARAM) {

@@ -229,10 +229,15 @@
 #define IDD_HISTORY 473
 #define IDD_MEDIA_PROGRESS 474
 #define IDD_MEDIA_REQUIRED 475
+#define IDD_PICK_ICON 476
 // file types and the box: 1180-1199
 #define IDS_CHOOSE_ICON 1180 // + row of the file types dialog
 #define IDS_VENDOR_PAGE 1184
+#define IDS_ICON_FILTER 1185 // pairs of text and pattern, "|" for the NULs
 #define IDC_TYPE_TICK 1186   // + row
 #define IDC_TYPE_ICON 1189   // + row
 #define IDC_TYPE_CHOOSE 1192 // + row
 #define IDC_VENDOR_PAGE 1196
+#define IDC_ICON_FILE 1197
+#define IDC_ICON_LIST 1198
+#define IDC_ICON_BROWSE 1199
