@@ -1,0 +1,2 @@
+#include "media/dialogs_win.h"
+int EditPlaylist(HWND, Playlist*) { return 0; }
