@@ -4,6 +4,7 @@
 #include "cd/player_win.h"
 #include "core/commands.h"
 #include "core/shared_block.h"
+#include "media/player_win.h"
 #include "mixer/engine_win.h"
 #include "mixer/mixer_win.h"
 #include "resources/ids.h"
@@ -96,6 +97,24 @@ static ComponentEntry CdPlayerRow() {
     return row;
 }
 
+// The icon's menu does not list it.
+static ComponentEntry MediaRow() {
+    ComponentEntry row = {};
+    row.traits.kind = kWindowComponent;
+    row.traits.windowId = kMediaWindowId;
+    row.traits.command = kConsoleMedia;
+    row.traits.engine = kConsoleWavesEngine;
+    row.traits.onValue = "MediaPlayerOn";
+    row.traits.restoreRank = 10;
+    row.traits.stopRank = 4;
+    row.traits.withEngineRank = 1;
+    row.thread = MediaThread();
+    row.label = IDS_MEDIA;
+    row.shortLabel = IDS_SHORT_NAMES + kMediaWindowId;
+    row.tip = IDS_MEDIA_TIP;
+    return row;
+}
+
 static ComponentEntry AnalyzerRow() {
     ComponentEntry row = {};
     row.traits.kind = kWindowComponent;
@@ -177,8 +196,8 @@ static int ToggleMute() {
 
 const ComponentTable* Components() {
     static const ComponentEntry s_rows[] = {CdEngineRow(), WavesEngineRow(), MixerEngineRow(),
-                                            CdPlayerRow(), AnalyzerRow(),    ScopeRow(),
-                                            MixerRow(),    VolumeIconRow()};
+                                            CdPlayerRow(), MediaRow(),       AnalyzerRow(),
+                                            ScopeRow(),    MixerRow(),       VolumeIconRow()};
     static const VolumeControl s_volume = {GetMasterVolume, MixerMasterVolume, ToggleMute,
                                            RegisterMixerWindow};
     static const ComponentTable s_table = {s_rows, static_cast<int>(sizeof s_rows / sizeof *s_rows),
