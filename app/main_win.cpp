@@ -52,6 +52,20 @@ static void FillCommand(const StartRequest& request) {
     SetSharedBits(SHARED_FIELD(CommandFlags), bits);
 }
 
+static int IsFile(const char* path) {
+    const DWORD attributes = GetFileAttributesA(path);
+    return attributes != INVALID_FILE_ATTRIBUTES && !(attributes & FILE_ATTRIBUTE_DIRECTORY);
+}
+
+// The instance that will play the file may have another current folder.
+static void MakeMediaFileAbsolute(StartRequest* request) {
+    char path[MAX_PATH];
+    const DWORD length = request->MediaFileGiven
+                             ? GetFullPathNameA(request->MediaFilePath, sizeof path, path, nullptr)
+                             : 0;
+    if (length && length < sizeof path) CopyText(request->MediaFilePath, path);
+}
+
 static int RunLoop() {
     MSG message = {};
     while (GetMessageA(&message, nullptr, 0, 0) > 0) {
@@ -112,6 +126,8 @@ int WINAPI WinMain(HINSTANCE instance, HINSTANCE, LPSTR, int) {
     const UINT taskbarCreated = RegisterWindowMessageA("TaskbarCreated");
     StartRequest request = EmptyStartRequest();
     ParseWords(__argc, __argv, &request);
+    JoinMediaWords(__argc, __argv, IsFile, &request);
+    MakeMediaFileAbsolute(&request);
     int result = 0;
     if (request.InstallUIRequested || request.InstallRequested)
         InstallProgram(request);

@@ -76,6 +76,35 @@ void ParseWords(int count, const char* const* words, StartRequest* request) {
     }
 }
 
+// 0 when it is too long for a path.
+static int JoinWords(const char* const* words, int count, char (&text)[260]) {
+    size_t length = 0;
+    text[0] = 0;
+    for (int i = 0; i < count; ++i) {
+        if (!words[i]) return 0;
+        length += (i > 0) + std::strlen(words[i]);
+        if (length >= sizeof text) return 0;
+        if (i) AppendText(text, sizeof text, " ");
+        AppendText(text, sizeof text, words[i]);
+    }
+    LowerText(text);
+    return 1;
+}
+
+void JoinMediaWords(int count, const char* const* words, int (*Exists)(const char* path),
+                    StartRequest* request) {
+    constexpr int kLongest = 130; // words of one character that a path has room for
+    char text[260];
+    for (int row = count - 1 < kLongest ? count - 1 : kLongest; row > 1; --row)
+        for (int first = 1; first + row <= count; ++first) {
+            if (!JoinWords(words + first, row, text) || !IsMediaFile(text) || !Exists(text))
+                continue;
+            CopyText(request->MediaFilePath, text);
+            request->MediaFileGiven = 1;
+            return;
+        }
+}
+
 static int MonthNumber(const char* name) {
     switch (name[0]) {
     case 'D': return 12;
