@@ -5,6 +5,7 @@
 #include "core/settings.h"
 #include "core/strings_win.h"
 #include "core/text.h"
+#include "media/types_win.h"
 #include "mixer/engine_win.h"
 #include "resources/ids.h"
 #include "ui/components.h"
@@ -111,11 +112,19 @@ static int SeedConsole() {
     return RegKeyExists(kUserRoot, kSettingsRoot);
 }
 
+static void ClaimMediaFiles() {
+    char module[MAX_PATH], command[MAX_PATH + 2];
+    if (!ModulePath(module)) return;
+    FormatText(command, sizeof command, "\"%s\"", module);
+    RegisterMediaTypes(command);
+}
+
 int InstallProgram(const StartRequest& request) {
     WriteLastOk(1);
     const int seeded = SeedConsole();
     const int registered = WriteShellRegistrations();
     SeedCdDefaults(nullptr, static_cast<int>(request.ClaimDefaultCDPlayer));
+    if (request.ClaimDefaultMediaPlayer) ClaimMediaFiles();
     SeedWavesDefaults();
     SeedMixerDefaults();
     const int installed = seeded && registered;

@@ -211,18 +211,15 @@ static void StopAndSettle() {
     }
 }
 
-// A stop may set the position back, so where the seek is refused it is put again: the file goes on
-// where it was.
+// Runs on wherever it then stands, also when the place is refused.
 static int RunFrom(IMediaPosition* position, double second) {
-    REFTIME before = 0, duration = 0, target = 0;
-    position->get_CurrentPosition(&before);
+    REFTIME duration = 0, target = 0;
     position->get_Duration(&duration);
     if (!SeekTarget(second, duration, &target)) return 0;
     Sleep(kSeekRestMs);
     StopAndSettle();
     EmptyEventQueue();
     const int moved = SUCCEEDED(position->put_CurrentPosition(target));
-    if (!moved) position->put_CurrentPosition(before);
     return SUCCEEDED(s_media.control->Run()) && moved;
 }
 

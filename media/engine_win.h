@@ -11,7 +11,8 @@ void ForgetMediaGraph();
 int LoadMediaFile(const char* path);
 int BeginMediaPlay();
 int StopMediaPlay();
-// These two also start a stopped graph: they are for while it plays or is paused. A seek plays on.
+// These two also start a stopped graph: they are for while it plays or is paused. A seek plays on,
+// also where the place is refused.
 int ToggleMediaPause();
 int SeekMediaToSecond(double second);
 // Seconds; both 0 without a graph.

@@ -111,12 +111,13 @@ static void InitIconDialog(HWND dialog, IconDialog* state) {
     ListBox_SetItemHeight(list, 0, std::max<int>(area.bottom - bar, kIconSize + kIconSpace));
     ListBox_SetColumnWidth(list, kIconSize + kIconSpace);
     ShowFile(dialog, state);
+    SetFocus(list);
 }
 
 static INT_PTR IconDialogProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
     if (message == WM_INITDIALOG) {
         InitIconDialog(dialog, reinterpret_cast<IconDialog*>(lParam));
-        return TRUE;
+        return FALSE; // the focus is set
     }
     IconDialog* state = DialogState(dialog);
     if (!state) return FALSE; // before the list is measured

@@ -2,6 +2,7 @@
 // one call is broken.
 #include "media/engine_win.h"
 
+#include "beside.h"
 #include "core/commands.h"
 #include "core/settings.h"
 #include "core/shared_block.h"
@@ -61,6 +62,7 @@ namespace {
 class MediaEngine : public testing::Test {
 protected:
     void SetUp() override {
+        ExtractorBeside();
         SharedBlock = OpenSharedBlock();
         ASSERT_TRUE(StartComponentThread(WavesEngineThread(), GetModuleHandleA(nullptr), nullptr));
         s_wavesProc = reinterpret_cast<WNDPROC>(SetWindowLongPtrA(
@@ -245,8 +247,9 @@ TEST_F(MediaEngine, PlaysFromTheSoughtPlaceToTheEndAndAgain) {
     EXPECT_EQ(Position(), 0);
     EXPECT_FALSE(MediaHasEnded());
     ASSERT_TRUE(BeginMediaPlay() && SeekMediaToSecond(99)) << "beyond the end is the end";
-    EXPECT_TRUE(Ends());
-    ASSERT_TRUE(SeekMediaToSecond(0.1)); // after the end
+    EXPECT_TRUE(WaitUntil([] { return Position() == 1.5; }));
+    Sleep(200); // the graph has said so, and nobody has listened
+    ASSERT_TRUE(SeekMediaToSecond(0.1));
     EXPECT_FALSE(MediaHasEnded());
     EXPECT_TRUE(Ends());
 
@@ -265,12 +268,55 @@ TEST_F(MediaEngine, PauseAndStopEmptyTheAnalysisAlone) {
     memset(wanted.SoundBuffer, 0, sizeof wanted.SoundBuffer);
     TheMediaPlatform.CreateExtractor = [](IBaseFilter**) { return E_FAIL; };
     ASSERT_TRUE(LoadMediaFile(kWav.c_str()) && BeginMediaPlay());
-    for (const auto Operation : {ToggleMediaPause, StopMediaPlay}) {
-        Fill();
-        ASSERT_TRUE(Operation());
-        EXPECT_EQ(memcmp(SharedBlock, &wanted, sizeof wanted), 0);
+    Fill();
+    ASSERT_TRUE(ToggleMediaPause());
+    EXPECT_EQ(memcmp(SharedBlock, &wanted, sizeof wanted), 0);
+
+    IMediaControl* control = nullptr;
+    ASSERT_EQ(s_graph->QueryInterface(IID_IMediaControl, reinterpret_cast<void**>(&control)), S_OK);
+    static int s_early;
+    s_early = 0;
+    HRESULT(STDMETHODCALLTYPE * Stopping)
+    (IMediaControl*, long, OAFilterState*) = [](IMediaControl*, long, OAFilterState* state) {
+        *state = s_early < 3 ? State_Paused : State_Stopped;
+        if (s_early < 3) s_early += SharedBlock->PowerLeft != 0;
+        return s_early < 3 ? HRESULT(VFW_S_STATE_INTERMEDIATE) : S_OK;
+    };
+    Fill();
+    {
+        const Broken slow(control, 10, reinterpret_cast<void*>(Stopping));
+        ASSERT_TRUE(StopMediaPlay());
     }
+    control->Release();
+    EXPECT_EQ(s_early, 3) << "emptied while sound could still be published";
+    EXPECT_EQ(memcmp(SharedBlock, &wanted, sizeof wanted), 0);
     memset(&SharedBlock->PowerLeft, 0, sizeof(SharedControlBlock) - 12);
+}
+
+TEST_F(MediaEngine, ExtractorFromTheFileBesideOrByItsClass) {
+    const auto IsInGraph = [] {
+        IBaseFilter* filter = nullptr;
+        const HRESULT found = s_graph->FindFilterByName(L"AudioDataExtractorIP", &filter);
+        ReleaseCom(&filter);
+        return found == S_OK;
+    };
+    DeleteRegTree(kClassesRoot, kExtractorClassKey);
+    ASSERT_TRUE(LoadMediaFile(kWav.c_str()));
+    EXPECT_TRUE(IsInGraph());
+
+    const char* const elsewhere = "C:\\elsewhere.dll";
+    ASSERT_TRUE(CopyFileA(ExtractorBeside().c_str(), elsewhere, FALSE));
+    HMODULE module = LoadLibraryA(elsewhere);
+    const auto Register = reinterpret_cast<HRESULT(STDAPICALLTYPE*)()>(
+        reinterpret_cast<void*>(GetProcAddress(module, "DllRegisterServer")));
+    EXPECT_EQ(Register(), S_OK);
+    FreeLibrary(module);
+    ASSERT_FALSE(GetModuleHandleA(elsewhere));
+    ASSERT_TRUE(LoadMediaFile(kWav.c_str()));
+    EXPECT_TRUE(IsInGraph() && GetModuleHandleA(elsewhere));
+    DeleteRegTree(kClassesRoot, kExtractorClassKey);
+    ReleaseMediaGraph();
+    DeleteFileA(elsewhere);
 }
 
 TEST_F(MediaEngine, FilesThatAreNone) {

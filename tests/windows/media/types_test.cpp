@@ -1,16 +1,12 @@
 // The registry after the file types were registered, and after the dialog.
 #include "media/types_win.h"
 
-#include "core/extractor.h"
+#include "beside.h"
 #include "core/settings.h"
 #include "resources/ids.h"
-#include "tests/support/driver_win.h"
 
 #include <gtest/gtest.h>
 #include <thread>
-
-constexpr const char* kExtractorKey =
-    "CLSID\\{669B1B7A-3BC7-4466-8B2F-6FC46E6CC031}\\InprocServer32";
 
 static std::string Class(const std::string& key) {
     char text[MAX_PATH] = "-";
@@ -55,10 +51,8 @@ struct OpenDialog {
 } // namespace
 
 TEST(MediaTypes, DialogTakesGivesBackAndLeavesOthersAlone) {
-    const std::string folder = Self().substr(0, Self().rfind('\\') + 1);
-    ASSERT_TRUE(CopyFileA((BuildFolder() + "\\" + kExtractorFile).c_str(),
-                          (folder + kExtractorFile).c_str(), FALSE));
-    DeleteRegTree(kClassesRoot, "CLSID\\{669B1B7A-3BC7-4466-8B2F-6FC46E6CC031}");
+    const std::string extractor = ExtractorBeside();
+    DeleteRegTree(kClassesRoot, kExtractorClassKey);
     RegisterMediaTypes("x");
     SetClass(".pls", "Other.list");
     SetClass(".m3u", "TONVUE.old");
@@ -81,7 +75,7 @@ TEST(MediaTypes, DialogTakesGivesBackAndLeavesOthersAlone) {
         EXPECT_EQ(Class(".pls"), "Other.list");
         EXPECT_EQ(Class(".m3u"), "-");
         EXPECT_EQ(Class("Tonvue.mp3\\DefaultIcon"), "-") << "never ours, no icon";
-        EXPECT_EQ(Class(kExtractorKey), folder + kExtractorFile);
+        EXPECT_EQ(Class(std::string(kExtractorClassKey) + "\\InprocServer32"), extractor);
     }
     {
         const std::string icons = "C:\\windows\\system32\\shell32.dll";
@@ -111,6 +105,5 @@ TEST(MediaTypes, DialogTakesGivesBackAndLeavesOthersAlone) {
     GetTempPathA(sizeof temp, temp);
     WIN32_FIND_DATAA found;
     EXPECT_EQ(FindFirstFileA((std::string(temp) + "TNV~*").c_str(), &found), INVALID_HANDLE_VALUE);
-    DeleteRegTree(kClassesRoot, "CLSID\\{669B1B7A-3BC7-4466-8B2F-6FC46E6CC031}");
-    DeleteFileA((folder + kExtractorFile).c_str());
+    DeleteRegTree(kClassesRoot, kExtractorClassKey);
 }
