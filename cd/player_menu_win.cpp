@@ -8,47 +8,37 @@
 #include "core/strings_win.h"
 #include "core/text.h"
 #include "resources/ids.h"
-
-static void AppendEntry(HMENU menu, UINT id, const char* text, int checked = 0) {
-    AppendMenuA(menu, MF_STRING | (checked ? MF_CHECKED : 0), id, text);
-}
-
-static void AppendSeparator(HMENU menu) {
-    if (GetMenuItemCount(menu) > 0) AppendMenuA(menu, MF_SEPARATOR, 0, nullptr);
-}
+#include "ui/menu_win.h"
 
 static void AppendDrives(HMENU menu, char current) {
-    char text[kStringMax];
+    char text[8];
     const HMENU drives = CreatePopupMenu();
     const uint32_t mask = CdDriveMask();
     for (int k = 0; k < 26; ++k) {
         if (!(mask >> k & 1)) continue;
         FormatText(text, sizeof text, "%c:", 'A' + k);
-        AppendEntry(drives, kPlayerDriveFirst + k, text, current == 'A' + k);
+        AppendMenuText(drives, kPlayerDriveFirst + k, text, current == 'A' + k);
     }
-    LoadText(IDS_CD_MENU_DRIVE, text);
-    AppendMenuA(menu, MF_POPUP, reinterpret_cast<UINT_PTR>(drives), text);
+    AppendSubmenu(menu, drives, IDS_CD_MENU_DRIVE);
 }
 
 // Only where the drive in use plays images.
 static void AppendDiscImage(HMENU menu, char drive) {
-    char text[kStringMax], image[MAX_PATH] = "";
+    char image[MAX_PATH] = "";
     if (DiscImageDrive() != drive) return;
-    LoadText(IDS_CD_MENU_IMAGE, text);
-    AppendEntry(menu, kPlayerDiscImage, text);
-    LoadText(IDS_CD_MENU_EJECT_IMAGE, text);
-    AppendEntry(menu, kPlayerEjectImage, text);
+    AppendMenuEntry(menu, kPlayerDiscImage, IDS_CD_MENU_IMAGE);
+    AppendMenuEntry(menu, kPlayerEjectImage, IDS_CD_MENU_EJECT_IMAGE);
     if (!GetDiscImage(image, sizeof image) || !image[0])
         EnableMenuItem(menu, kPlayerEjectImage, MF_BYCOMMAND | MF_GRAYED);
 }
 
 static void AppendTracks(HMENU menu, const CdSnapshot& now, const CDInfoRecord& record) {
     if (!record.trackCount) return;
-    AppendSeparator(menu);
+    AppendMenuSeparator(menu);
     for (int track = 1; track <= record.trackCount; ++track) {
         char text[2 * kTextSize];
         MenuText(text, sizeof text, record.trackTitles[track - 1]);
-        AppendEntry(menu, kPlayerTrackFirst + track, text, now.busy && now.track == track);
+        AppendMenuText(menu, kPlayerTrackFirst + track, text, now.busy && now.track == track);
     }
 }
 
@@ -58,10 +48,7 @@ void ShowPlayerMenu(HWND window, POINT at, const CdSnapshot& now, const CDInfoRe
     AppendDrives(menu, now.drive);
     AppendDiscImage(menu, now.drive);
     AppendTracks(menu, now, record);
-    SetForegroundWindow(window); // a menu of a window behind others would not close by itself
-    TrackPopupMenu(menu, TPM_CENTERALIGN | TPM_VCENTERALIGN | TPM_RIGHTBUTTON, at.x, at.y, 0,
-                   window, nullptr);
-    DestroyMenu(menu);
+    ShowMenu(menu, window, at, TPM_CENTERALIGN | TPM_VCENTERALIGN);
 }
 
 // A WAV file stands for the folder that it lies in: the common dialog chooses files only.

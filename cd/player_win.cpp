@@ -12,6 +12,7 @@
 #include "ui/button_win.h"
 #include "ui/components.h"
 #include "ui/indicator_win.h"
+#include "ui/menu_win.h"
 #include "ui/tooltips_win.h"
 #include "ui/trackbar_win.h"
 #include "ui/window_thread_win.h"
@@ -285,16 +286,9 @@ static int OnKey(PlayerWindow* player, WPARAM key) {
     }
 }
 
-// From the keyboard the menu has no place of its own: the window's middle.
-static void OnContextMenu(PlayerWindow* player, int x, int y) {
-    if (x == -1 && y == -1) {
-        RECT window;
-        GetWindowRect(player->window, &window);
-        x = (window.left + window.right) / 2;
-        y = (window.top + window.bottom) / 2;
-    }
+static void OnContextMenu(PlayerWindow* player, POINT at) {
     Refresh(player);
-    ShowPlayerMenu(player->window, {x, y}, player->now, player->record);
+    ShowPlayerMenu(player->window, at, player->now, player->record);
 }
 
 // ---- the window as a component
@@ -352,10 +346,7 @@ static LRESULT PlayerProc(HWND window, UINT message, WPARAM wParam, LPARAM lPara
         case WM_KEYDOWN:
             if (OnKey(player, wParam)) return 0;
             break;
-        case WM_CONTEXTMENU:
-            OnContextMenu(player, static_cast<short>(LOWORD(lParam)),
-                          static_cast<short>(HIWORD(lParam)));
-            return 0;
+        case WM_CONTEXTMENU: OnContextMenu(player, ContextMenuPlace(window, lParam)); return 0;
         case WM_PAINT: PaintPlayer(player); return 0;
         }
     return PassOnMessage(&s_component, window, message, wParam, lParam);

@@ -10,11 +10,11 @@
 
 #include "core/commands.h"
 #include "core/settings.h"
-#include "core/strings_win.h"
 #include "mixer/mixer_state_win.h"
 #include "resources/ids.h"
 #include "ui/button_win.h"
 #include "ui/components.h"
+#include "ui/menu_win.h"
 #include "ui/trackbar_win.h"
 #include "ui/window_thread_win.h"
 
@@ -189,23 +189,11 @@ static void OnSlider(MixerWindow* mixer, HWND slider, int code, int pos) {
     if (code == SB_ENDSCROLL) RefreshSoon(mixer); // what was held back while the bar was dragged
 }
 
-// From the keyboard the menu has no place of its own: the window's middle.
-static void OnContextMenu(HWND window, int x, int y) {
-    if (x == -1 && y == -1) {
-        RECT rect;
-        GetWindowRect(window, &rect);
-        x = (rect.left + rect.right) / 2;
-        y = (rect.top + rect.bottom) / 2;
-    }
+static void OnContextMenu(HWND window, POINT at) {
     const HMENU menu = CreatePopupMenu();
     if (!menu) return;
-    char text[kStringMax];
-    LoadText(IDS_MIXER_MENU_CONFIGURE, text);
-    AppendMenuA(menu, MF_STRING, kMixerConfigure, text);
-    SetForegroundWindow(window); // a menu of a window behind others would not close by itself
-    TrackPopupMenu(menu, TPM_CENTERALIGN | TPM_VCENTERALIGN | TPM_RIGHTBUTTON, x, y, 0, window,
-                   nullptr);
-    DestroyMenu(menu);
+    AppendMenuEntry(menu, kMixerConfigure, IDS_MIXER_MENU_CONFIGURE);
+    ShowMenu(menu, window, at, TPM_CENTERALIGN | TPM_VCENTERALIGN);
 }
 
 // ---- the window as a component
@@ -263,10 +251,7 @@ static LRESULT MixerProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam
         case WM_VSCROLL:
             OnSlider(mixer, reinterpret_cast<HWND>(lParam), LOWORD(wParam), HIWORD(wParam));
             return 0;
-        case WM_CONTEXTMENU:
-            OnContextMenu(window, static_cast<short>(LOWORD(lParam)),
-                          static_cast<short>(HIWORD(lParam)));
-            return 0;
+        case WM_CONTEXTMENU: OnContextMenu(window, ContextMenuPlace(window, lParam)); return 0;
         case WM_PAINT: PaintMixer(mixer); return 0;
         }
     return PassOnMessage(&s_component, window, message, wParam, lParam);

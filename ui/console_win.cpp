@@ -7,6 +7,7 @@
 #include "resources/ids.h"
 #include "ui/console_state_win.h"
 #include "ui/framework_win.h"
+#include "ui/menu_win.h"
 #include "ui/window_thread_win.h"
 
 #include <cstring>
@@ -220,16 +221,6 @@ static void OnTaskbarCreated() {
     }
 }
 
-static void OnContextMenu(LPARAM lParam) {
-    POINT at = {GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)};
-    if (lParam == -1) { // asked for by the keyboard
-        RECT r;
-        GetWindowRect(s_console.window, &r);
-        at = {(r.left + r.right) / 2, (r.top + r.bottom) / 2};
-    }
-    ShowContextMenu(at);
-}
-
 // A lamp, its round part included; 0 when the click was elsewhere.
 static int OnDoubleClick(LPARAM lParam) {
     const int row = LampAt({GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)});
@@ -291,7 +282,7 @@ static LRESULT CALLBACK ConsoleProc(HWND window, UINT message, WPARAM wParam, LP
     }
     switch (message) {
     case WM_COMMAND: return OnCommand(wParam, lParam);
-    case WM_CONTEXTMENU: OnContextMenu(lParam); return 0;
+    case WM_CONTEXTMENU: ShowContextMenu(ContextMenuPlace(window, lParam)); return 0;
     case WM_CLOSE: OnClose(message); return 0;
     case WM_DESTROY: OnDestroy(); break;
     case WM_ENDSESSION:

@@ -11,6 +11,7 @@
 #include "ui/button_win.h"
 #include "ui/framework_win.h"
 #include "ui/indicator_win.h"
+#include "ui/menu_win.h"
 #include "ui/tooltips_win.h"
 #include "ui/trackbar_win.h"
 #include "ui/window_thread_win.h"
@@ -209,20 +210,15 @@ void LayOutAnalyzerWindow(AnalyzerWindow* analyzer, int width, int height) {
 // ---- context menu
 
 void ShowAnalyzerMenu(AnalyzerWindow* analyzer, POINT at) {
-    const HWND window = analyzer->window;
     const HMENU menu = CreatePopupMenu();
     if (!menu) return;
     for (int i = 0; i < kAnalyzerButtons; ++i) {
         const int id = kAnalyzerControlIds[i];
-        char text[kStringMax];
         if (id == kAnalyzerSplit || id == kAnalyzerTrails || id == kAnalyzerSetUp ||
             id == kAnalyzerPower)
-            AppendMenuA(menu, MF_SEPARATOR, 0, nullptr);
-        LoadText(IDS_ANALYZER_MENU + static_cast<UINT>(i), text);
-        const UINT checked = AnalyzerSwitchIsOn(analyzer->settings, id) ? MF_CHECKED : 0;
-        AppendMenuA(menu, MF_STRING | checked, static_cast<UINT_PTR>(id), text);
+            AppendMenuSeparator(menu);
+        AppendMenuEntry(menu, static_cast<UINT>(id), IDS_ANALYZER_MENU + static_cast<UINT>(i),
+                        AnalyzerSwitchIsOn(analyzer->settings, id));
     }
-    SetForegroundWindow(window); // a menu of a window behind others would not close by itself
-    TrackPopupMenu(menu, TPM_RIGHTBUTTON, at.x, at.y, 0, window, nullptr);
-    DestroyMenu(menu);
+    ShowMenu(menu, analyzer->window, at);
 }

@@ -8,6 +8,7 @@
 #include "core/lock_win.h"
 #include "ui/components.h"
 #include "ui/button_win.h"
+#include "ui/menu_win.h"
 #include "ui/window_thread_win.h"
 #include "waves/analyzer_state_win.h"
 #include "waves/engine_win.h"
@@ -130,17 +131,6 @@ static int OnCommand(AnalyzerWindow* analyzer, int id, int code, LPARAM lParam) 
     }
 }
 
-// From the keyboard the menu has no place of its own: the window's corner.
-static void OnContextMenu(AnalyzerWindow* analyzer, int x, int y) {
-    if (x == -1 && y == -1) {
-        RECT window;
-        GetWindowRect(analyzer->window, &window);
-        x = window.left;
-        y = window.top;
-    }
-    ShowAnalyzerMenu(analyzer, {x, y});
-}
-
 // ---- the window as a component
 
 static int OnCreateControls(HWND window);
@@ -211,10 +201,7 @@ static LRESULT AnalyzerProc(HWND window, UINT message, WPARAM wParam, LPARAM lPa
             if (OnCommand(analyzer, LOWORD(wParam), HIWORD(wParam), lParam)) return 0;
             break;
         case WM_HSCROLL: analyzer->settings.Gainer = GainAtPosition(HIWORD(wParam)); return 0;
-        case WM_CONTEXTMENU:
-            OnContextMenu(analyzer, static_cast<short>(LOWORD(lParam)),
-                          static_cast<short>(HIWORD(lParam)));
-            return 0;
+        case WM_CONTEXTMENU: ShowAnalyzerMenu(analyzer, ContextMenuPlace(window, lParam)); return 0;
         case WM_DISPLAYCHANGE: SetTimer(window, kDisplayTimer, kDisplayMs, nullptr); break;
         case WM_ERASEBKGND: return EraseAround(*analyzer, wParam);
         case WM_PAINT: PaintAnalyzer(analyzer); return 0;

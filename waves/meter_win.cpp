@@ -4,6 +4,7 @@
 
 #include "core/strings_win.h"
 #include "resources/ids.h"
+#include "ui/menu_win.h"
 #include "ui/tray_win.h"
 #include "waves/meter_settings_win.h"
 #include "waves/published_win.h"
@@ -89,26 +90,14 @@ static void StartDrawing(HWND window) {
 
 // ---- menu and commands
 
-static void AppendEntry(HMENU menu, UINT id, UINT textId, int checked) {
-    char text[kStringMax];
-    LoadText(textId, text);
-    AppendMenuA(menu, MF_STRING | (checked ? MF_CHECKED : 0), id, text);
-}
-
 static void ShowMeterMenu(HWND window) {
     HMENU menu = CreatePopupMenu();
     if (!menu) return;
-    AppendEntry(menu, kMeterLeftRight, IDS_METER_MENU_LEFT_RIGHT, s_meter.settings.LeftRight);
-    AppendEntry(menu, kMeterCenter, IDS_METER_MENU_CENTER, s_meter.settings.Center);
-    AppendMenuA(menu, MF_SEPARATOR, 0, nullptr);
-    AppendEntry(menu, kMeterConfigure, IDS_METER_MENU_CONFIGURE, 0);
-    POINT cursor;
-    GetCursorPos(&cursor);
-    // Without these two a click beside the menu would not close it.
-    SetForegroundWindow(window);
-    TrackPopupMenu(menu, TPM_RIGHTBUTTON, cursor.x, cursor.y, 0, window, nullptr);
-    PostMessageA(window, WM_NULL, 0, 0);
-    DestroyMenu(menu);
+    AppendMenuEntry(menu, kMeterLeftRight, IDS_METER_MENU_LEFT_RIGHT, s_meter.settings.LeftRight);
+    AppendMenuEntry(menu, kMeterCenter, IDS_METER_MENU_CENTER, s_meter.settings.Center);
+    AppendMenuSeparator(menu);
+    AppendMenuEntry(menu, kMeterConfigure, IDS_METER_MENU_CONFIGURE);
+    ShowMenuAtCursor(menu, window);
 }
 
 static void Toggle(uint32_t* setting) {

@@ -3,10 +3,10 @@
 #include "waves/scope_win.h"
 
 #include "core/commands.h"
-#include "core/strings_win.h"
 #include "resources/ids.h"
 #include "ui/button_win.h"
 #include "ui/components.h"
+#include "ui/menu_win.h"
 #include "ui/window_thread_win.h"
 #include "waves/published_win.h"
 #include "waves/scope_state_win.h"
@@ -82,31 +82,15 @@ static void OnTimer(ScopeWindow* scope) {
 
 // ---- the menu
 
-static void AppendEntry(HMENU menu, UINT id, UINT textId, uint32_t checked) {
-    char text[kStringMax];
-    LoadText(textId, text);
-    AppendMenuA(menu, MF_STRING | (checked ? MF_CHECKED : MF_UNCHECKED), id, text);
-}
-
-// From the keyboard the menu has no place of its own: the window's middle.
-static void OnContextMenu(ScopeWindow* scope, int x, int y) {
-    if (x == -1 && y == -1) {
-        RECT place;
-        GetWindowRect(scope->window, &place);
-        x = (place.left + place.right) / 2;
-        y = (place.top + place.bottom) / 2;
-    }
-    const HWND window = scope->window;
+static void OnContextMenu(ScopeWindow* scope, POINT at) {
     const HMENU menu = CreatePopupMenu();
     if (!menu) return;
     for (const auto& toggle : kToggles)
-        AppendEntry(menu, toggle.id, toggle.menu, scope->settings.*toggle.flag);
-    AppendMenuA(menu, MF_SEPARATOR, 0, nullptr);
-    AppendEntry(menu, kScopeSettings, IDS_SCOPE_MENU_SETTINGS, 0);
-    AppendEntry(menu, kScopePower, IDS_SCOPE_MENU_POWER, 0);
-    SetForegroundWindow(window); // a menu of a window behind others would not close by itself
-    TrackPopupMenu(menu, TPM_RIGHTBUTTON, x, y, 0, window, nullptr);
-    DestroyMenu(menu);
+        AppendMenuEntry(menu, toggle.id, toggle.menu, scope->settings.*toggle.flag);
+    AppendMenuSeparator(menu);
+    AppendMenuEntry(menu, kScopeSettings, IDS_SCOPE_MENU_SETTINGS);
+    AppendMenuEntry(menu, kScopePower, IDS_SCOPE_MENU_POWER);
+    ShowMenu(menu, scope->window, at);
 }
 
 // ---- the window as a component
@@ -168,10 +152,7 @@ static LRESULT ScopeProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam
             if (reinterpret_cast<HWND>(lParam) == ControlOf(*scope, kScopeGain))
                 OnSlider(scope, HIWORD(wParam));
             return 0;
-        case WM_CONTEXTMENU:
-            OnContextMenu(scope, static_cast<short>(LOWORD(lParam)),
-                          static_cast<short>(HIWORD(lParam)));
-            return 0;
+        case WM_CONTEXTMENU: OnContextMenu(scope, ContextMenuPlace(window, lParam)); return 0;
         case WM_ERASEBKGND: {
             // The display is painted black and all at once: an erase would only flash.
             const auto dc = reinterpret_cast<HDC>(wParam);

@@ -1,0 +1,19 @@
+// Popup menus: built entry by entry, shown, and gone. What is chosen comes to the window as a
+// posted WM_COMMAND.
+#pragma once
+#include "core/platform.h"
+
+// An id without a text appends nothing.
+void AppendMenuEntry(HMENU menu, UINT id, UINT textId, int checked = 0);
+void AppendMenuText(HMENU menu, UINT id, const char* text, int checked = 0);
+void AppendMenuSeparator(HMENU menu); // not as the first thing
+void AppendSubmenu(HMENU menu, HMENU submenu, UINT textId);
+
+// Where the menu of a WM_CONTEXTMENU belongs. From the keyboard it has no place of its own: the
+// window's middle.
+POINT ContextMenuPlace(HWND window, LPARAM lParam);
+
+// Shows it at `at`, its corner or (TPM_CENTERALIGN | TPM_VCENTERALIGN) its middle there, and
+// destroys it, submenus included. Runs a message loop: the window may be gone afterwards.
+void ShowMenu(HMENU menu, HWND window, POINT at, UINT alignment = 0);
+void ShowMenuAtCursor(HMENU menu, HWND window);
