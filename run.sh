@@ -105,6 +105,12 @@ install_once() {
   start_program /nodefcd /nodefmed /install
   wait_for 60 answer_boxes || die "the installation did not end"
   in_host wine reg query 'HKCU\Software\Tonvista' >/dev/null || die "the installation failed"
+  switch_on WaveInEngineOn SpectrumIU ScopeUI VolumeMeterTBIcon MixerEngineOn MixerUI
+}
+
+switch_on() { # VALUE... of the console's section
+  local value
+  for value in "$@"; do reg_add 'HKCU\Software\Tonvista\UIWindow1' "$value" REG_DWORD 1; done
 }
 
 set_up_player() {
@@ -113,8 +119,7 @@ set_up_player() {
   reg_add 'HKCU\Software\TonvistaDiscDrive' Drive REG_SZ D
   reg_add 'HKCU\Software\TonvistaDiscDrive' Door REG_DWORD 0
   reg_add 'HKCU\Software\TonvistaDiscDrive' Image REG_SZ "$path"
-  reg_add 'HKCU\Software\Tonvista\UIWindow1' CDPlayerUI REG_DWORD 1
-  reg_add 'HKCU\Software\Tonvista\UIWindow1' CDEngineOn REG_DWORD 1
+  switch_on CDPlayerUI CDEngineOn
   reg_add 'HKCU\Software\Tonvista\CDEngine' AutoRun REG_DWORD 1
   forgive_start 'HKLM\Software\Tonvista'
   forgive_start 'HKCU\Software\Tonvista'
