@@ -1,13 +1,10 @@
 // Geometry of the CD information editor: the track list takes what the dialog grows by, the program
-// below it keeps its height. Also the list-view helpers of both lists.
+// below it keeps its height.
 #include "cdinfo/editor_parts_win.h"
 
-#include "core/strings_win.h"
 #include "resources/ids.h"
 
 #include <algorithm>
-
-constexpr int kNarrowestColumn = 60; // pixels
 
 void SetUpLayout(Editor* editor) {
     RECT outer, client, list;
@@ -65,77 +62,4 @@ void LayOut(const Editor* editor) {
     FitProgram(editor);
     // The group's frame lies around others and cannot tell what it has uncovered.
     RedrawWindow(editor->dialog, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
-}
-
-void PlaceDialog(const Editor* editor) {
-    const HWND owner = editor->owner;
-    MONITORINFO monitor = {};
-    monitor.cbSize = sizeof monitor;
-    GetMonitorInfoA(MonitorFromWindow(owner ? owner : editor->dialog, MONITOR_DEFAULTTONEAREST),
-                    &monitor);
-    const RECT work = monitor.rcWork;
-    RECT around = work;
-    if (owner && IsWindowVisible(owner) && !IsIconic(owner)) GetWindowRect(owner, &around);
-    const int width = editor->minimum.cx;
-    const int height = editor->minimum.cy;
-    int x = (around.left + around.right - width) / 2;
-    int y = (around.top + around.bottom - height) / 2;
-    x = std::max<int>(std::min<int>(x, work.right - width), work.left);
-    y = std::max<int>(std::min<int>(y, work.bottom - height), work.top);
-    // A dialog does not follow an owner that stays on top by itself.
-    const bool onTop = owner && (GetWindowLongA(owner, GWL_EXSTYLE) & WS_EX_TOPMOST);
-    SetWindowPos(editor->dialog, onTop ? HWND_TOPMOST : HWND_TOP, x, y, 0, 0, SWP_NOSIZE);
-}
-
-void AddColumn(HWND list, int column, UINT nameId, int width, int format) {
-    char name[kStringMax];
-    LoadText(nameId, name);
-    LVCOLUMNA item = {};
-    item.mask = LVCF_FMT | LVCF_WIDTH | LVCF_TEXT | LVCF_SUBITEM;
-    item.fmt = format;
-    item.cx = width;
-    item.pszText = name;
-    item.iSubItem = column;
-    SendMessageA(list, LVM_INSERTCOLUMNA, column, reinterpret_cast<LPARAM>(&item));
-}
-
-void SelectAllRows(HWND list) {
-    LVITEMA item = {};
-    item.stateMask = item.state = LVIS_SELECTED;
-    SendMessageA(list, LVM_SETITEMSTATE, static_cast<WPARAM>(-1), reinterpret_cast<LPARAM>(&item));
-}
-
-int IsSelectAllKey(const NMHDR* keyDown) {
-    return reinterpret_cast<const NMLVKEYDOWN*>(keyDown)->wVKey == 'A' &&
-           GetKeyState(VK_CONTROL) < 0 && GetKeyState(VK_MENU) >= 0;
-}
-
-void SetCellText(HWND list, int row, int column, const char* text) {
-    LVITEMA item = {};
-    item.iSubItem = column;
-    item.pszText = const_cast<char*>(text); // the message only reads it
-    SendMessageA(list, LVM_SETITEMTEXTA, row, reinterpret_cast<LPARAM>(&item));
-}
-
-void SetRowCount(HWND list, int rows) {
-    int count = static_cast<int>(SendMessageA(list, LVM_GETITEMCOUNT, 0, 0));
-    for (; count < rows; ++count) {
-        LVITEMA item = {};
-        item.mask = LVIF_TEXT;
-        item.iItem = count;
-        item.pszText = const_cast<char*>("");
-        SendMessageA(list, LVM_INSERTITEMA, 0, reinterpret_cast<LPARAM>(&item));
-    }
-    for (; count > rows; --count)
-        SendMessageA(list, LVM_DELETEITEM, count - 1, 0);
-}
-
-void FitColumn(HWND list, int column, int columns) {
-    RECT client;
-    GetClientRect(list, &client);
-    int left = client.right;
-    for (int i = 0; i < columns; ++i) {
-        if (i != column) left -= static_cast<int>(SendMessageA(list, LVM_GETCOLUMNWIDTH, i, 0));
-    }
-    SendMessageA(list, LVM_SETCOLUMNWIDTH, column, MAKELPARAM(std::max(left, kNarrowestColumn), 0));
 }

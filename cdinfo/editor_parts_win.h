@@ -4,6 +4,8 @@
 #include "cdinfo/editor.h"
 #include "cdinfo/program.h"
 #include "core/platform.h"
+#include "ui/dialog_win.h"
+#include "ui/listview_win.h"
 
 constexpr int kEditorMaxControls = 48;
 
@@ -80,15 +82,3 @@ int OnProgramNotify(Editor* editor, NMHDR* header, LRESULT* result);
 // Notes where the controls stand; the dialog gets no smaller than it is now.
 void SetUpLayout(Editor* editor);
 void LayOut(const Editor* editor);
-// Over the middle of the owner, inside the work area of its monitor.
-void PlaceDialog(const Editor* editor);
-
-// ---- list views
-
-void AddColumn(HWND list, int column, UINT nameId, int width, int format);
-void SetCellText(HWND list, int row, int column, const char* text);
-void SetRowCount(HWND list, int rows);
-void SelectAllRows(HWND list);
-int IsSelectAllKey(const NMHDR* keyDown); // an LVN_KEYDOWN: Ctrl+A
-// Gives a column the width that the others leave.
-void FitColumn(HWND list, int column, int columns);

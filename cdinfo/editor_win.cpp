@@ -62,7 +62,7 @@ static void OnInitDialog(HWND dialog, Editor* editor) {
     SetUpTracks(editor);
     SetUpProgram(editor);
     SelectTrack(editor, 0);
-    PlaceDialog(editor);
+    PlaceOverOwner(dialog, editor->owner);
 }
 
 static void OnOk(Editor* editor) {
