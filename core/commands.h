@@ -74,9 +74,10 @@ enum CdPlayerCommand {
 
 // ---- the Waves engine's commands, for its hidden window
 enum WavesEngineCommand {
-    kWavesOpen = 700,       // capture on the saved device; nothing when it captures already
-    kWavesClose = 701,      // capture off until the next kWavesOpen
-    kWavesReconfigure = 702 // lParam: device in the low word, format code in the high word
+    kWavesOpen = 700,        // capture on the saved device; nothing when it captures already
+    kWavesClose = 701,       // capture off until the next kWavesOpen
+    kWavesReconfigure = 702, // lParam: device in the low word, format code in the high word
+    kWavesFftChoice = 703    // how much is analysed has been stored anew: read it
 };
 
 // ---- the mixer engine's command, for its hidden window

@@ -7,6 +7,7 @@
 #include "core/strings_win.h"
 #include "mixer/engine_win.h"
 #include "resources/ids.h"
+#include "ui/settings_dialog_win.h"
 
 static HWND ListOf(HWND dialog) {
     return GetDlgItem(dialog, IDC_MIXER_DEVICES);
@@ -72,10 +73,5 @@ static INT_PTR ConfigureProc(HWND dialog, UINT message, WPARAM wParam, LPARAM) {
 }
 
 void ConfigureMixer(HWND owner) {
-    if (owner && !IsWindowEnabled(owner)) { // it has a dialog already
-        SetForegroundWindow(GetLastActivePopup(owner));
-        return;
-    }
-    DialogBoxParamA(GetModuleHandleA(nullptr), MAKEINTRESOURCEA(IDD_MIXER_CONFIG), owner,
-                    GuardedDialog<ConfigureProc>, 0);
+    ShowSettingsDialog(IDD_MIXER_CONFIG, owner, GuardedDialog<ConfigureProc>);
 }

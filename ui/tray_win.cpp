@@ -19,10 +19,9 @@ static NOTIFYICONDATAA IconData(const TrayIcon& tray, UINT flags, HICON icon) {
 int AddTrayIcon(TrayIcon* tray, HICON icon, const char* tip) {
     NOTIFYICONDATAA data = IconData(*tray, NIF_MESSAGE | NIF_ICON | NIF_TIP, icon);
     CopyText(data.szTip, kTipMax, tip);
+    tray->shown = 1; // even when it is refused: a shell that hangs may take it later
     // Adding is refused also when it stands there already.
-    const int taken = Shell_NotifyIconA(NIM_ADD, &data) || Shell_NotifyIconA(NIM_MODIFY, &data);
-    if (taken) tray->shown = 1;
-    return taken;
+    return Shell_NotifyIconA(NIM_ADD, &data) || Shell_NotifyIconA(NIM_MODIFY, &data);
 }
 
 int ChangeTrayIcon(TrayIcon* tray, HICON icon) {

@@ -7,7 +7,7 @@
 struct TrayIcon {
     HWND window;
     UINT id;
-    int shown; // and to be removed
+    int shown; // or may be: to be removed
 };
 
 // Adds it, or adds it again after the shell has come back. 1 when it stands there with this

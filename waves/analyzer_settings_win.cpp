@@ -1,14 +1,11 @@
 // The analyzer's settings in the registry, and the dialog for those that have no button.
 #include "waves/analyzer_state_win.h"
 
-#include <commctrl.h>
-
 #include "core/component_win.h"
 #include "core/settings.h"
-#include "core/strings_win.h"
-#include "core/text.h"
 #include "resources/ids.h"
 #include "ui/components.h"
+#include "ui/settings_dialog_win.h"
 #include "ui/swatch_win.h"
 
 // ---- registry
@@ -58,33 +55,27 @@ static COLORREF* SwatchColor(HWND dialog, UINT id) {
     return nullptr;
 }
 
-static int HoldOf(HWND dialog) {
-    return static_cast<int>(SendDlgItemMessageA(dialog, IDC_ANALYZER_HOLD, TBM_GETPOS, 0, 0));
-}
-
-static void ShowHold(HWND dialog) {
-    char format[kStringMax], text[kStringMax];
-    LoadText(IDS_ANALYZER_HOLD, format);
-    FormatText(text, sizeof text, format, HoldOf(dialog));
-    SetDlgItemTextA(dialog, IDC_ANALYZER_HOLD_TEXT, text);
-}
+static constexpr DialogBar kHold = {.id = IDC_ANALYZER_HOLD,
+                                    .textId = IDC_ANALYZER_HOLD_TEXT,
+                                    .formatId = IDS_ANALYZER_HOLD,
+                                    .least = 1,
+                                    .most = kAnalyzerMaxHold,
+                                    .page = 5,
+                                    .tick = 1,
+                                    .scale = 1};
 
 static void OnInitDialog(HWND dialog, LPARAM settings) {
     SetWindowLongPtrA(dialog, DWLP_USER, settings);
-    const HWND bar = GetDlgItem(dialog, IDC_ANALYZER_HOLD);
-    SendMessageA(bar, TBM_SETRANGE, FALSE, MAKELPARAM(1, kAnalyzerMaxHold));
-    SendMessageA(bar, TBM_SETPAGESIZE, 0, 5);
-    SendMessageA(bar, TBM_SETPOS, TRUE, static_cast<LPARAM>(CopyOf(dialog)->TrailsCount));
+    SetUpDialogBar(dialog, kHold, CopyOf(dialog)->TrailsCount);
     CheckDlgButton(dialog, IDC_ANALYZER_FALLOFF,
                    CopyOf(dialog)->Falloff ? BST_CHECKED : BST_UNCHECKED);
-    ShowHold(dialog);
 }
 
 static void OnDialogCommand(HWND dialog, UINT id, UINT code) {
     COLORREF* color = SwatchColor(dialog, id);
     if (color && code == BN_CLICKED) OnSwatchClick(dialog, static_cast<int>(id), color);
     if (id == IDOK) {
-        CopyOf(dialog)->TrailsCount = static_cast<uint32_t>(HoldOf(dialog));
+        CopyOf(dialog)->TrailsCount = ReadDialogBar(dialog, kHold);
         CopyOf(dialog)->Falloff = IsDlgButtonChecked(dialog, IDC_ANALYZER_FALLOFF) == BST_CHECKED;
     }
     if (id == IDOK || id == IDCANCEL) EndDialog(dialog, static_cast<INT_PTR>(id));
@@ -98,7 +89,7 @@ static INT_PTR SettingsProcedure(HWND dialog, UINT message, WPARAM wParam, LPARA
     if (!CopyOf(dialog)) return FALSE; // what comes before the dialog is filled
     switch (message) {
     case WM_COMMAND: OnDialogCommand(dialog, LOWORD(wParam), HIWORD(wParam)); return TRUE;
-    case WM_HSCROLL: ShowHold(dialog); return TRUE;
+    case WM_HSCROLL: ReadDialogBar(dialog, kHold); return TRUE;
     case WM_DRAWITEM: {
         const auto& item = *reinterpret_cast<const DRAWITEMSTRUCT*>(lParam);
         const COLORREF* color = SwatchColor(dialog, item.CtlID);
@@ -112,8 +103,8 @@ static INT_PTR SettingsProcedure(HWND dialog, UINT message, WPARAM wParam, LPARA
 int EditAnalyzerSettings(HWND owner, AnalyzerSettings* settings) {
     AnalyzerSettings copy = *settings;
     const INT_PTR answer =
-        DialogBoxParamA(GetModuleHandleA(nullptr), MAKEINTRESOURCEA(IDD_SPECTRUM_SETTINGS), owner,
-                        GuardedDialog<SettingsProcedure>, reinterpret_cast<LPARAM>(&copy));
+        ShowSettingsDialog(IDD_SPECTRUM_SETTINGS, owner, GuardedDialog<SettingsProcedure>,
+                           reinterpret_cast<LPARAM>(&copy));
     if (answer != IDOK) return 0;
     // The others may have been switched from outside meanwhile.
     MendAnalyzerSettings(&copy);

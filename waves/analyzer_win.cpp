@@ -37,13 +37,12 @@ static void RefreshFormat(AnalyzerWindow* analyzer) {
 }
 
 // Indicators, tooltips and axis, when another format is published. An empty one changes nothing
-// that is to be seen.
+// that is to be seen; without bins, though, nothing is painted until there is a format again.
 static void FollowFormat(AnalyzerWindow* analyzer) {
     SoundFormatRecord now;
     PublishedFormat(&now);
-    if (SameFormat(now, analyzer->indicated)) return;
-    RefreshFormat(analyzer);
-    if (!now.rate) return;
+    if (!SameFormat(now, analyzer->format)) RefreshFormat(analyzer);
+    if (!now.rate || SameFormat(now, analyzer->indicated)) return;
     const char* const* labels = BandLabels(analyzer->indicated.rate);
     analyzer->indicated = now;
     ShowAnalyzerFormat(analyzer);
@@ -98,17 +97,6 @@ static void EditSettings(AnalyzerWindow* analyzer) {
     DrawAnalyzerPicture(analyzer);
 }
 
-// A second dialog is not opened: the first one comes forward.
-static void OpenDialog(AnalyzerWindow* analyzer, int id) {
-    const HWND window = analyzer->window;
-    if (!IsWindowEnabled(window))
-        SetForegroundWindow(GetLastActivePopup(window));
-    else if (id == kAnalyzerSetUp)
-        EditSettings(analyzer);
-    else
-        ConfigureWaves(window);
-}
-
 static int OnCommand(AnalyzerWindow* analyzer, int id, int code, LPARAM lParam) {
     if (id >= kFirstForConsole && id <= kLastForConsole) {
         PostMessageA(analyzer->owner, WM_COMMAND, static_cast<WPARAM>(id), lParam);
@@ -125,8 +113,8 @@ static int OnCommand(AnalyzerWindow* analyzer, int id, int code, LPARAM lParam) 
     }
     switch (id) {
     case kAnalyzerPower: PostMessageA(analyzer->window, WM_CLOSE, 0, 0); return 1;
-    case kAnalyzerSetUp:
-    case kAnalyzerConfigure: OpenDialog(analyzer, id); return 1;
+    case kAnalyzerSetUp: EditSettings(analyzer); return 1;
+    case kAnalyzerConfigure: ConfigureWaves(analyzer->window); return 1;
     default: return 0;
     }
 }

@@ -2,6 +2,7 @@
 #include "core/commands.h"
 #include "core/strings_win.h"
 #include "resources/ids.h"
+#include "ui/settings_dialog_win.h"
 #include "waves/engine_win.h"
 #include "waves/loopback_win.h"
 #include "waves/settings_win.h"
@@ -111,8 +112,8 @@ static void OnOk(HWND dialog) {
         ComboBox_SetCurSel(formats, 0);
         return;
     }
-    // Before the engine is told of the rest, as it then reads this one, too.
     StoreFftChoice(ComboBox_GetCurSel(FftList(dialog)));
+    PostWavesCommand(kWavesFftChoice, 0);
     if (IsWindowEnabled(devices))
         StoreSource({static_cast<uint16_t>(NumberOf(devices, device)), NumberOf(formats, format)});
     EndDialog(dialog, IDOK);
@@ -144,7 +145,6 @@ void ConfigureWaves(HWND owner) {
         SetForegroundWindow(s_dialog);
         return;
     }
-    DialogBoxParamA(GetModuleHandleA(nullptr), MAKEINTRESOURCEA(IDD_WAVES_CONFIG), owner,
-                    GuardedDialog<ConfigDialog>, 0);
+    ShowSettingsDialog(IDD_WAVES_CONFIG, owner, GuardedDialog<ConfigDialog>);
     s_dialog = nullptr;
 }

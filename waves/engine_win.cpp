@@ -1,5 +1,5 @@
-// The Waves engine's thread: commands, capture, the watchdog, and what is published. Everything
-// here belongs to that thread but the two functions that hand it a command.
+// The Waves engine's thread: commands, capture, the watchdog. Everything here belongs to that
+// thread but the two functions that hand it a command.
 #include "waves/engine_win.h"
 
 #include "core/commands.h"
@@ -99,7 +99,6 @@ static int OnCloseCommand() {
 }
 
 static int OnReconfigure(const WavesSettings& source) {
-    s_waves.sound.fftChoice = static_cast<uint32_t>(LoadFftChoice());
     BeginWatch();
     if (!CloseSource()) return 0;
     const int good = OpenSource(source);
@@ -111,11 +110,17 @@ static int OnReconfigure(const WavesSettings& source) {
     return good;
 }
 
+static int ReadFftChoice() {
+    s_waves.sound.fftChoice = static_cast<uint32_t>(LoadFftChoice());
+    return 1;
+}
+
 static LRESULT OnCommand(WPARAM command, LPARAM argument) {
     switch (command) {
     case kWavesOpen: return OnOpenCommand();
     case kWavesClose: return OnCloseCommand();
     case kWavesReconfigure: return OnReconfigure({LOWORD(argument), HIWORD(argument)});
+    case kWavesFftChoice: return ReadFftChoice();
     default: return 0;
     }
 }
@@ -181,7 +186,7 @@ static int OpenEngine(ComponentThread* thread) {
     if (!s_waves.window) return 0;
     thread->Window = s_waves.window;
     s_waves.source = LoadWavesSettings();
-    s_waves.sound.fftChoice = static_cast<uint32_t>(LoadFftChoice());
+    ReadFftChoice();
     SendMessageA(s_waves.window, WM_COMMAND, kWavesOpen, 0);
     if (s_waves.open) return 1;
     DestroyWindow(s_waves.window);

@@ -3,15 +3,11 @@
 
 #include "core/component_win.h"
 #include "core/settings.h"
-#include "core/strings_win.h"
-#include "core/text.h"
 #include "resources/ids.h"
+#include "ui/settings_dialog_win.h"
 #include "ui/swatch_win.h"
 
 constexpr const char* kMeterKey = "Software\\Tonvista\\VolumeMeter";
-constexpr int kPageStep = 10; // of both track bars
-constexpr int kGainTick = 20, kRefreshTick = 10;
-constexpr int kMsPerRefresh = 10;
 
 namespace {
 struct StoredField {
@@ -19,12 +15,11 @@ struct StoredField {
     uint32_t MeterSettings::*field;
 };
 struct MeterDialog {
-    HWND dialog; // null while none is open
     int onTop;
     MeterSettings settings;
 };
 } // namespace
-static MeterDialog s_dialog;
+static MeterDialog s_dialog; // of the one that is open
 
 static const StoredField kFields[] = {
     {"Gainer", &MeterSettings::Gainer},       {"Refresh", &MeterSettings::Refresh},
@@ -46,43 +41,33 @@ void SaveMeterSettings(const MeterSettings& settings) {
 
 // ---- the dialog
 
-static void ShowNumber(HWND dialog, int id, UINT formatId, uint32_t value) {
-    char format[kStringMax], text[kStringMax];
-    LoadText(formatId, format);
-    FormatText(text, sizeof text, format, static_cast<int>(value));
-    SetDlgItemTextA(dialog, id, text);
-}
-
-static void ShowValues(HWND dialog) {
-    ShowNumber(dialog, IDC_METER_GAIN_VALUE, IDS_METER_GAIN_VALUE, s_dialog.settings.Gainer);
-    ShowNumber(dialog, IDC_METER_REFRESH_VALUE, IDS_METER_REFRESH_VALUE,
-               s_dialog.settings.Refresh * kMsPerRefresh);
-}
-
-static void SetUpBar(HWND bar, int from, int to, int tick, int position) {
-    SendMessageA(bar, TBM_SETRANGE, FALSE, MAKELPARAM(from, to));
-    SendMessageA(bar, TBM_SETPAGESIZE, 0, kPageStep);
-    SendMessageA(bar, TBM_SETTICFREQ, tick, 0);
-    SendMessageA(bar, TBM_SETPOS, TRUE, position);
-}
+static constexpr DialogBar kGainBar = {.id = IDC_METER_GAIN,
+                                       .textId = IDC_METER_GAIN_VALUE,
+                                       .formatId = IDS_METER_GAIN_VALUE,
+                                       .least = kMeterMinGain,
+                                       .most = kMeterMaxGain,
+                                       .page = 10,
+                                       .tick = 20,
+                                       .scale = 1};
+static constexpr DialogBar kRefreshBar = {.id = IDC_METER_REFRESH,
+                                          .textId = IDC_METER_REFRESH_VALUE,
+                                          .formatId = IDS_METER_REFRESH_VALUE,
+                                          .least = kMeterMinRefresh,
+                                          .most = kMeterMaxRefresh,
+                                          .page = 10,
+                                          .tick = 10,
+                                          .scale = 10}; // to milliseconds
 
 static void OnInitDialog(HWND dialog) {
-    s_dialog.dialog = dialog;
-    SetUpBar(GetDlgItem(dialog, IDC_METER_GAIN), kMeterMinGain, kMeterMaxGain, kGainTick,
-             s_dialog.settings.Gainer);
-    SetUpBar(GetDlgItem(dialog, IDC_METER_REFRESH), kMeterMinRefresh, kMeterMaxRefresh,
-             kRefreshTick, s_dialog.settings.Refresh);
-    ShowValues(dialog);
+    SetUpDialogBar(dialog, kGainBar, s_dialog.settings.Gainer);
+    SetUpDialogBar(dialog, kRefreshBar, s_dialog.settings.Refresh);
     if (s_dialog.onTop)
         SetWindowPos(dialog, HWND_TOPMOST, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
 }
 
 static void OnScroll(HWND dialog) {
-    s_dialog.settings.Gainer =
-        static_cast<uint32_t>(SendDlgItemMessageA(dialog, IDC_METER_GAIN, TBM_GETPOS, 0, 0));
-    s_dialog.settings.Refresh =
-        static_cast<uint32_t>(SendDlgItemMessageA(dialog, IDC_METER_REFRESH, TBM_GETPOS, 0, 0));
-    ShowValues(dialog);
+    s_dialog.settings.Gainer = ReadDialogBar(dialog, kGainBar);
+    s_dialog.settings.Refresh = ReadDialogBar(dialog, kRefreshBar);
 }
 
 static COLORREF* ColorOfSwatch(UINT id) {
@@ -96,7 +81,7 @@ static void OnCommand(HWND dialog, UINT id) {
     case IDC_METER_FOREGROUND:
     case IDC_METER_BACKGROUND: OnSwatchClick(dialog, id, ColorOfSwatch(id)); break;
     case IDOK:
-    case IDCANCEL: EndDialog(dialog, id == IDOK); break;
+    case IDCANCEL: EndDialog(dialog, static_cast<INT_PTR>(id)); break;
     default: break;
     }
 }
@@ -113,22 +98,15 @@ static INT_PTR MeterDialogProc(HWND dialog, UINT message, WPARAM wParam, LPARAM 
     case WM_COMMAND:
         if (HIWORD(wParam) == BN_CLICKED) OnCommand(dialog, LOWORD(wParam));
         return TRUE;
-    case WM_DESTROY: s_dialog.dialog = nullptr; return TRUE;
     default: return FALSE;
     }
 }
 
 int EditMeterSettings(HWND owner, int onTop, MeterSettings* settings) {
-    if (IsWindow(s_dialog.dialog)) { // a killed thread leaves its dead handle
-        SetForegroundWindow(GetLastActivePopup(s_dialog.dialog)); // its chooser may be open
+    if (RaiseDialogOf(owner)) return 0;
+    s_dialog = {onTop, *settings};
+    if (ShowSettingsDialog(IDD_METER_SETTINGS, owner, GuardedDialog<MeterDialogProc>) != IDOK)
         return 0;
-    }
-    s_dialog.onTop = onTop;
-    s_dialog.settings = *settings;
-    const INT_PTR result =
-        DialogBoxParamA(GetModuleHandleA(nullptr), MAKEINTRESOURCEA(IDD_METER_SETTINGS), owner,
-                        GuardedDialog<MeterDialogProc>, 0);
-    if (result != TRUE) return 0;
     *settings = s_dialog.settings;
     return 1;
 }

@@ -5,6 +5,7 @@
 #include "core/settings.h"
 #include "resources/ids.h"
 #include "ui/components.h"
+#include "ui/settings_dialog_win.h"
 #include "ui/swatch_win.h"
 
 static const struct {
@@ -85,8 +86,8 @@ static INT_PTR ColorsProcedure(HWND dialog, UINT message, WPARAM wParam, LPARAM 
 int EditScopeColors(HWND owner, ScopeSettings* settings) {
     ScopeSettings edited = *settings;
     const INT_PTR answer =
-        DialogBoxParamA(GetModuleHandleA(nullptr), MAKEINTRESOURCEA(IDD_SCOPE_SETTINGS), owner,
-                        GuardedDialog<ColorsProcedure>, reinterpret_cast<LPARAM>(&edited));
+        ShowSettingsDialog(IDD_SCOPE_SETTINGS, owner, GuardedDialog<ColorsProcedure>,
+                           reinterpret_cast<LPARAM>(&edited));
     if (answer != IDOK || !IsWindow(owner)) return 0;
     for (const auto& swatch : kSwatches)
         settings->*swatch.field = edited.*swatch.field;

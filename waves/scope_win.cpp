@@ -31,12 +31,7 @@ static const struct {
 
 // The dialog runs a message loop: the window may be gone when it returns.
 static void EditColors(ScopeWindow* scope) {
-    const HWND window = scope->window;
-    if (!IsWindowEnabled(window)) { // it is open already
-        SetForegroundWindow(GetLastActivePopup(window));
-        return;
-    }
-    if (EditScopeColors(window, &scope->settings)) scope->repaintBackground = 1;
+    if (EditScopeColors(scope->window, &scope->settings)) scope->repaintBackground = 1;
 }
 
 static int OnCommand(ScopeWindow* scope, int id, WPARAM wParam, LPARAM lParam) {

@@ -58,6 +58,7 @@ uint32_t WaveInFormats(int device) {
 static int QueueBuffer(Buffer* buffer) {
     buffer->header.dwUser = s_waveIn.generation;
     buffer->header.dwFlags &= ~static_cast<DWORD>(WHDR_DONE);
+    buffer->header.dwBytesRecorded = 0;
     return waveInAddBuffer(s_waveIn.device, &buffer->header, sizeof buffer->header) ==
            MMSYSERR_NOERROR;
 }
@@ -90,7 +91,9 @@ const uint8_t* FullWaveInBuffer(LPARAM header) {
     if (!buffer || buffer->header.dwUser != s_waveIn.generation) return nullptr;
     // A late message for a buffer that is queued again since: its own is still to come.
     if (!(buffer->header.dwFlags & WHDR_DONE)) return nullptr;
-    return buffer->bytes;
+    // A device that is being taken away gives all of them back at once, empty, as often as they are
+    // queued: they are left out, so that the watchdog comes.
+    return buffer->header.dwBytesRecorded ? buffer->bytes : nullptr;
 }
 
 int QueueWaveInAgain(LPARAM header) {

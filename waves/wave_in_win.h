@@ -25,7 +25,7 @@ int CloseWaveIn();
 void AbandonWaveIn();
 
 // The kSoundBufferBytes of the buffer that a MM_WIM_DATA brings. Null for the late ones of an
-// earlier open, and for what somebody else has posted.
+// earlier open, for empty ones, and for what somebody else has posted.
 const uint8_t* FullWaveInBuffer(LPARAM header);
 // Gives that buffer back to the device. 0: it won't have it, and has one less from now on.
 int QueueWaveInAgain(LPARAM header);
