@@ -1,0 +1,94 @@
+// Playlists of the wild as bytes, the record, and the history's slots.
+#include "media/history.h"
+#include "media/playlist.h"
+
+#include <gtest/gtest.h>
+
+using Entries = std::vector<std::string>;
+
+static std::string Repeat(const std::string& text, int times) {
+    std::string all;
+    while (times-- > 0)
+        all += text;
+    return all;
+}
+
+TEST(Playlist, M3uOfTheWild) {
+    const std::string x(259, 'x');
+    const struct {
+        std::string bytes;
+        Entries entries;
+    } lists[] = {
+        {"a\r\nb\r\n", {"a", "b"}},
+        {"a\nb", {"a", "b"}},
+        {"#EXTM3U\r\n a \r\n",
+         {"#EXTM3U", " a "}}, // comments and blanks are entries like any other
+        {"a\r\n\r\nb\r\n", {"a"}},
+        {"\na", {}},
+        {"", {}},
+        {"a\rb\r\r\nc\r", {"a\rb\r", "c\r"}}, // only before LF a CR ends a line
+        {x + "\r\n" + x + "yz\n" + x + x + "\nb", {x, x, "yz", x, x, "b"}},
+        {std::string("a\0b\nc\n", 6), {"a", "c"}},
+        {Repeat("a\n", 600), Entries(kPlaylistMax, "a")},
+        {Repeat("a", 259 * 600), Entries(kPlaylistMax, std::string(259, 'a'))},
+    };
+    for (const auto& l : lists) {
+        Playlist list = {.name = "", .position = 0, .entries = {"earlier"}};
+        ParseM3u(l.bytes.data(), l.bytes.size(), &list);
+        EXPECT_EQ(list.entries, l.entries) << l.bytes.substr(0, 60);
+    }
+    EXPECT_EQ(FormatM3u({"", 0, {"a", "b c"}}), "a\r\nb c\r\n");
+}
+
+TEST(Playlist, RecordAndNames) {
+    Playlist list = {};
+    const struct {
+        const char* path;
+        int index;
+    } inserts[] = {{"c", 7}, {"a", 0}, {"b", 1}, {"d", 3}, {"e", -1}};
+    for (const auto& [path, index] : inserts)
+        EXPECT_TRUE(InsertEntry(&list, path, index));
+    EXPECT_EQ(list.entries, (Entries{"a", "b", "c", "d", "e"}));
+    EXPECT_TRUE(InsertEntry(&list, std::string(300, 'z'), 0));
+    EXPECT_EQ(list.entries[0].size(), size_t{kMediaPathMax});
+    while (list.entries.size() < kPlaylistMax)
+        EXPECT_TRUE(InsertEntry(&list, "f", -1));
+    EXPECT_FALSE(InsertEntry(&list, "g", 0));
+
+    EXPECT_TRUE(IsSongPath("c:\\x.mp3.txt") && IsSongPath("d:\\My.Wavs\\y") && !IsSongPath("mp3"));
+    EXPECT_TRUE(IsPlaylistPath("a.m3u8") && IsPlaylistPath("a.Pls") && !IsPlsPath("a.m3u"));
+
+    list.name = "C:\\Lists\\My.m3u";
+    const char* const resolved[][2] = {
+        {"a.mp3", "C:\\Lists\\a.mp3"},
+        {"..\\a", "C:\\Lists\\..\\a"},
+        {"D:a", "D:a"},
+        {"\\a", "\\a"},
+        {"//host/a", "//host/a"},
+        {"1:a", "C:\\Lists\\1:a"},
+        {"http://h/a", "http://h/a"},
+        {"", ""},
+    };
+    for (const auto& [entry, path] : resolved)
+        EXPECT_EQ(ResolveEntry(list, entry), path);
+    EXPECT_EQ(ResolveEntry({"bare.m3u", 0, {}}, "a.mp3"), "a.mp3");
+}
+
+TEST(History, GoesRound21SlotsOfWhich20AreListed) {
+    HistorySlots history = {.count = 0, .next = 0, .paths = {}};
+    for (int i = 0; i < 21; ++i)
+        EXPECT_EQ(AddHistorySlot(&history, std::to_string(i)), i);
+    EXPECT_EQ(history.count, 20u);
+    EXPECT_EQ(history.next, 0u);
+    EXPECT_EQ(ListedHistory(history).back(), "19");
+    EXPECT_EQ(AddHistorySlot(&history, "19"), -1);
+    EXPECT_EQ(AddHistorySlot(&history, "20"), 0); // the one in the slot that is not listed
+    history.paths[5].clear();
+    EXPECT_EQ(ListedHistory(history).size(), 19u);
+    EXPECT_EQ(ListedHistory(history)[0], "20");
+
+    HistorySlots hostile = {.count = ~0u, .next = ~0u, .paths = {"C:\\A"}};
+    BoundHistory(&hostile);
+    EXPECT_EQ(AddHistorySlot(&hostile, "c:\\a"), -1);
+    EXPECT_EQ(AddHistorySlot(&hostile, "b"), 0);
+}
