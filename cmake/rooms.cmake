@@ -103,7 +103,10 @@ function(tonvista_program)
     target_link_options(tonvista PRIVATE $<$<CONFIG:Release>:-s>)
   endif()
   tonvista_dll(discdrive tonvdisc TONVDisc core)
-  tonvista_dll(extractor tonvextr TONVExtr waves_win)
+  tonvista_dll(extractor tonvextr TONVExtr core_win)
+  if(TARGET tonvextr) # of the waves' Windows files it needs this one alone
+    target_sources(tonvextr PRIVATE ${CMAKE_SOURCE_DIR}/waves/fft_choice_win.cpp)
+  endif()
 endfunction()
 
 # GCC 12 also takes vectors of known size for overrun. In tests that stays off: they run under ASan.

@@ -89,8 +89,9 @@ void TakeBlock(BlockQueue* queue) {
 }
 
 uint32_t MsUntilShown(const SoundBlock& block, int64_t streamTime) {
-    if (block.heard <= streamTime) return 0;
-    const int64_t left = block.heard - std::max(streamTime, -kMaxTime);
+    const int64_t due = block.heard + kDeviceMs * kTimeUnitsPerMs;
+    if (due <= streamTime) return 0;
+    const int64_t left = due - std::max(streamTime, -kMaxTime);
     return static_cast<uint32_t>(
         std::min<int64_t>((left + kTimeUnitsPerMs - 1) / kTimeUnitsPerMs, kMaxWaitMs));
 }

@@ -11,10 +11,12 @@
 constexpr int64_t kTimeUnitsPerMs = 10000; // a unit of the graph's time is 100 ns
 // 9 s at 44.1 kHz, 2 s at 192 kHz: renderers run ahead of what is heard by a second or so.
 constexpr uint32_t kBlocks = 384;
+// Renderers count what they have handed on. What the device itself holds back is heard later.
+constexpr uint32_t kDeviceMs = 30;
 constexpr uint32_t kMaxWaitMs = 250; // then the clock is read anew: it may have its own pace
 
 struct SoundBlock {
-    int64_t heard; // stream time at which its last byte sounds
+    int64_t heard; // stream time at which its last byte sounds, by the renderer's account
     uint32_t flushes;
     SoundFormatRecord format;
     uint8_t bytes[kSoundBufferBytes];

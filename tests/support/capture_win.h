@@ -3,10 +3,13 @@
 #include "core/platform.h"
 #include <mmsystem.h>
 
+#include "tests/support/measure_win.h"
+
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
 #include <string>
+#include <utility>
 #include <vector>
 
 class Capture {
@@ -46,6 +49,14 @@ public:
         return samples;
     }
 
+    // Milliseconds by Now() at which a sample had come at the latest: the server's own delay and up
+    // to a period of it are still in that.
+    double TimeOf(size_t index) const {
+        for (const auto& [end, time] : arrivals)
+            if (index < end) return time - static_cast<double>(end - index) / 2 / 44.1;
+        return 0;
+    }
+
 private:
     static constexpr int kBuffers = 16;
     static DWORD WINAPI Run(void* argument) {
@@ -57,6 +68,7 @@ private:
                 const auto* from = reinterpret_cast<const int16_t*>(header.lpData);
                 self->samples.insert(self->samples.end(), from,
                                      from + header.dwBytesRecorded / sizeof(int16_t));
+                self->arrivals.push_back({self->samples.size(), Now()});
                 header.dwFlags &= ~static_cast<DWORD>(WHDR_DONE);
                 waveInAddBuffer(self->device, &header, sizeof header);
             }
@@ -69,6 +81,7 @@ private:
     WAVEHDR headers[kBuffers];
     alignas(4) char data[kBuffers][8192];
     std::vector<int16_t> samples;
+    std::vector<std::pair<size_t, double>> arrivals; // how many there were then
     volatile int quit = 0;
     int good = 0;
 };

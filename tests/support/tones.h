@@ -32,8 +32,8 @@ inline void AppendTone(std::vector<uint8_t>& bytes, const SoundFormatRecord& for
             const bool sounds = format.channels == 1 || channels & (1 << channel);
             const double value = sounds ? at : 0;
             if (format.bits == 8) {
-                const long byte = 128 + std::lround(value * 128);
-                bytes.push_back(static_cast<uint8_t>(std::clamp(byte, 0L, 255L)));
+                const long raw = 128 + std::lround(value * 128);
+                bytes.push_back(static_cast<uint8_t>(std::clamp(raw, 0L, 255L)));
                 continue;
             }
             const long sample = std::clamp(std::lround(value * 32768), -32768L, 32767L);
