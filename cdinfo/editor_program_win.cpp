@@ -193,12 +193,7 @@ void ShowProgram(Editor* editor) {
 // ---- the buttons
 
 static void EnableButton(const Editor* editor, int id, int enable) {
-    const HWND button = GetDlgItem(editor->dialog, id);
-    // A disabled button that keeps the focus swallows the keyboard.
-    if (!enable && GetFocus() == button)
-        SendMessageA(editor->dialog, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(editor->program),
-                     TRUE);
-    EnableWindow(button, enable);
+    EnableDialogButton(editor->dialog, id, enable, IDC_EDITOR_PROGRAM);
 }
 
 void EnableProgramButtons(Editor* editor) {

@@ -6,6 +6,8 @@
 #include "core/text.h"
 #include "media/gather_win.h"
 #include "media/lengths.h"
+#include "media/moves.h"
+#include "media/playlist_win.h"
 #include "resources/ids.h"
 #include "ui/components.h"
 
@@ -88,6 +90,18 @@ int AskSavePath(HWND owner, const Playlist& list, std::string* path) {
     if (!GetSaveFileNameA(&choice.dialog)) return 0;
     StoreFolder(std::string(text, choice.dialog.nFileOffset));
     *path = text;
+    return 1;
+}
+
+int SavePlaylistByDialog(HWND owner, Playlist* list) {
+    std::string path;
+    if (!AskSavePath(owner, *list, &path)) return 0;
+    const Playlist saved = ListForFile(*list, path);
+    if (!WritePlaylist(saved, path)) {
+        TellUser(owner, IDS_SAVE_FAILED, path);
+        return 0;
+    }
+    *list = saved;
     return 1;
 }
 

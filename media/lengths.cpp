@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <cstring>
 
+constexpr double kLongestSeconds = 1e8; // three years
+
 std::string TotalText(long long seconds) {
     char text[48];
     if (seconds < 60)
@@ -15,10 +17,16 @@ std::string TotalText(long long seconds) {
     return text;
 }
 
-std::string LengthText(int seconds) {
+int WholeSeconds(double seconds) {
+    return seconds > 0 ? static_cast<int>(std::min(seconds, kLongestSeconds)) : 0;
+}
+
+std::string LengthText(double seconds) {
     if (seconds < 0) return "";
+    if (!(seconds > 0)) return "-";
+    const int whole = WholeSeconds(seconds);
     char text[24];
-    FormatText(text, sizeof text, "%d:%02d", seconds / 60, seconds % 60);
+    FormatText(text, sizeof text, "%d:%02d", whole / 60, whole % 60);
     return text;
 }
 

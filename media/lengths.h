@@ -4,8 +4,10 @@
 
 // "PlayList: 04:05", or in seconds below a minute.
 std::string TotalText(long long seconds);
-// "4:05"; "" when the length is not known (below 0).
-std::string LengthText(int seconds);
+// "4:05"; "" when the length is not known yet (below 0), "-" for a file that has none.
+std::string LengthText(double seconds);
+// Whole seconds of a length as it was measured; 0 for what is no length.
+int WholeSeconds(double seconds);
 
 // File and folder of a path; the folder is "" when the path has none.
 std::string FileOf(const std::string& path);

@@ -49,6 +49,14 @@ int RunModalDialog(ModalDialog* dialog, HWND owner, UINT templateId, DLGPROC pro
     return dialog->result;
 }
 
+void EnableDialogButton(HWND dialog, int id, int enable, int next) {
+    const HWND button = GetDlgItem(dialog, id);
+    if (!enable && GetFocus() == button)
+        SendMessageA(dialog, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(GetDlgItem(dialog, next)),
+                     TRUE);
+    EnableWindow(button, enable);
+}
+
 // ---- its place
 
 static RECT WorkArea(HMONITOR handle) {

@@ -25,6 +25,9 @@ int RunModalDialog(ModalDialog* dialog, HWND owner, UINT templateId, DLGPROC pro
 // The first call counts.
 void EndModalDialog(ModalDialog* dialog, int result);
 
+// A disabled button that keeps the focus swallows the keyboard: the control `next` then gets it.
+void EnableDialogButton(HWND dialog, int id, int enable, int next);
+
 // Over the middle of the owner, inside the work area of its monitor; on top where the owner is.
 void PlaceOverOwner(HWND dialog, HWND owner);
 // The same unless a setting of that component window says where it stood last. What it says is
