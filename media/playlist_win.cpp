@@ -27,9 +27,8 @@ constexpr const char* kSection = "playlist";
 constexpr const char* kCountKey = "NumberOfEntries";
 constexpr const char* kDefaultList = "Default.pls";
 // The profile functions read a file whole, at each call. A list of 10,000 entries has 2 MiB.
-constexpr LONGLONG kProfileBytesMax = 8 << 20;
-constexpr DWORD kSectionStartBytes = 64 << 10;
-constexpr DWORD kSectionMaxBytes = 16 << 20;
+constexpr LONGLONG kProfileBytesMax = 4 << 20;
+constexpr size_t kSectionSpareBytes = 16; // the NULs behind it
 // Windows writes up to 64 KiB of a section at once.
 constexpr size_t kSectionWriteBytes = 60000;
 // Full lists of the longest lines with CR LF, and up to three bytes a character.
@@ -86,18 +85,13 @@ static int ReadStart(const std::string& path, std::string* bytes, LONGLONG* file
     return 1;
 }
 
-// Once and whole: asking key by key would take 10^9 questions where the count says so.
-static std::string ReadSection(const std::string& path) {
-    std::string section;
-    for (DWORD size = kSectionStartBytes;; size *= 2) {
-        section.resize(size);
-        const DWORD length =
-            GetPrivateProfileSectionA(kSection, section.data(), size, path.c_str());
-        if (length < size - 2 || size >= kSectionMaxBytes) {
-            section.resize(length);
-            return section;
-        }
-    }
+// Once and whole: asking key by key would take 10^9 questions where the count says so. In the code
+// page a section is never longer than its file.
+static std::string ReadSection(const std::string& path, LONGLONG fileBytes) {
+    std::string section(static_cast<size_t>(fileBytes) + kSectionSpareBytes, '\0');
+    section.resize(GetPrivateProfileSectionA(kSection, section.data(),
+                                             static_cast<DWORD>(section.size()), path.c_str()));
+    return section;
 }
 
 int ReadPlaylist(const std::string& path, Playlist* list) {
@@ -114,7 +108,7 @@ int ReadPlaylist(const std::string& path, Playlist* list) {
         const std::string text = WithoutMark(bytes);
         ParseM3u(text.data(), text.size(), list);
     } else {
-        const std::string section = ReadSection(full);
+        const std::string section = ReadSection(full, fileBytes);
         ParsePls(section.data(), section.size(), count, list);
     }
     return 1;
