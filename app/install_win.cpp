@@ -73,11 +73,14 @@ struct FirstPlaces {
     int playerY, playerHeight, consoleY, consoleHeight;
     int mixerY, mixerHeight, soundY, soundHeight;
     int analyzerWidth; // the oscilloscope has the rest
+    // Above the column, or left of it; on the smallest screen there is no free place, and it lies
+    // over the mixer.
+    int mediaX, mediaY, mediaWidth, mediaHeight;
 };
 static constexpr FirstPlaces kFirstPlaces[] = {
-    {1024, 158, 742, 442, 172, 616, 114, 94, 172, 268, 172, 450},
-    {800, 146, 653, 317, 132, 451, 117, 31, 142, 175, 140, 390},
-    {0, 20, 616, 218, 121, 340, 110, 2, 94, 98, 118, 370},
+    {1024, 158, 742, 442, 172, 616, 114, 94, 172, 268, 172, 450, 158, 2, 742, 90},
+    {800, 146, 653, 317, 132, 451, 117, 31, 142, 175, 140, 390, 0, 31, 144, 220},
+    {0, 20, 616, 218, 121, 340, 110, 2, 94, 98, 118, 370, 20, 2, 616, 94},
 };
 constexpr int kPlaceGap = 2; // pixels between neighbours
 
@@ -97,6 +100,7 @@ static void SeedPlaces() {
     SeedPlace(kConsoleWindowId, p->x, p->consoleY, p->width, p->consoleHeight);
     SeedPlace(kCdPlayerWindowId, p->x, p->playerY, p->width, p->playerHeight);
     SeedPlace(kMixerWindowId, p->x, p->mixerY, p->width, p->mixerHeight);
+    SeedPlace(kMediaWindowId, p->mediaX, p->mediaY, p->mediaWidth, p->mediaHeight);
     SeedPlace(kSpectrumWindowId, p->x, p->soundY, p->analyzerWidth, p->soundHeight);
     const int beside = p->analyzerWidth + kPlaceGap;
     SeedPlace(kScopeWindowId, p->x + beside, p->soundY, p->width - beside, p->soundHeight);

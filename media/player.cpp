@@ -4,17 +4,14 @@
 #include <algorithm>
 
 #include "core/text.h"
+#include "media/lengths.h"
 #include "media/player_layout.h"
 
 // ---- texts
 
-static size_t TitleStart(const std::string& path) {
-    const size_t at = path.find_last_of("\\/:");
-    return at == std::string::npos || at + 1 == path.size() ? 0 : at + 1;
-}
-
 std::string FileTitle(const std::string& path) {
-    return path.substr(TitleStart(path));
+    const std::string file = FileOf(path);
+    return file.empty() ? path : file;
 }
 
 std::string CurrentEntry(const Playlist& list) {
@@ -50,11 +47,6 @@ std::string MediaMenuText(int index, const std::string& entry) {
 }
 
 // ---- times
-
-int WholeSeconds(double seconds) {
-    constexpr double kLongest = 1e8;                                        // three years
-    return seconds > 0 ? static_cast<int>(std::min(seconds, kLongest)) : 0; // also for no number
-}
 
 SeekSlider SeekSliderAt(double duration, double position) {
     constexpr int kLongest = 0xFFFF;
@@ -108,9 +100,7 @@ uint32_t PositionAfterEdit(const Playlist& before, const Playlist& after) {
 Playlist ListSavedAs(const Playlist& list, const std::string& path) {
     Playlist saved = list;
     saved.name = path;
-    const std::string from = list.name.substr(0, TitleStart(list.name));
-    const std::string to = path.substr(0, TitleStart(path));
-    if (!SameText(from.c_str(), to.c_str()))
+    if (!SameText(FolderOf(list.name).c_str(), FolderOf(path).c_str()))
         for (std::string& entry : saved.entries)
             entry = ResolveEntry(list, entry);
     return saved;

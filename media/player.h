@@ -13,7 +13,7 @@ enum MediaState : uint32_t { kMediaStopped = 525, kMediaPaused = 526, kMediaPlay
 constexpr size_t kMediaTitleMax = 63; // characters of the published title
 
 // ---- texts
-// The name without its folder.
+// The name without its folder; the whole of a path that has none.
 std::string FileTitle(const std::string& path);
 // Text of the current entry; empty when there is none.
 std::string CurrentEntry(const Playlist& list);
@@ -26,7 +26,6 @@ void MediaTimeText(char* text, size_t size, int position, int duration);
 std::string MediaMenuText(int index, const std::string& entry);
 
 // ---- times
-int WholeSeconds(double seconds); // 0 for what is no time
 // The slider counts from 1; its range and position travel in 16 bits.
 struct SeekSlider {
     int maximum, position;

@@ -4,13 +4,15 @@
 #include <algorithm>
 
 constexpr int kWideFrom = 520; // content width
+constexpr int kFlat = 3;       // and so many times as wide as high
 constexpr int kRowGap = 5;     // between rows of buttons where there is room
 constexpr int kGroupGap = 7;   // room for the edges of both groups
 constexpr int kMinCell = 44;   // width of a button whose label can be read
 constexpr int kMinRow = 14;    // its height
 constexpr int kMaxRow = 30;    // of a low window's buttons
 constexpr int kMinSlider = 11; // a lower slider can't be caught
-constexpr int kMinLine = 12;   // of the panel
+constexpr int kMaxSlider = 24;
+constexpr int kMinLine = 12; // of the panel
 constexpr int kMinPanelWidth = 60;
 constexpr int kEdge = 2;    // a button's raised edge
 constexpr int kTextAir = 1; // kept free between text and edge at either side
@@ -51,10 +53,10 @@ static void PlaceDisplay(MediaLayout* layout, const Box& area) {
     Box parts[2];
     if (area.height >= kMinDisplay) {
         SplitColumnBy(area, kOver, 2, area.height < 60 ? kMediaGap : kRowGap, parts);
-        if (parts[1].height < kMinSlider) {
-            parts[1] = {area.left, area.top + area.height - kMinSlider, area.width, kMinSlider};
-            parts[0].height = area.height - kMinSlider - kMediaGap;
-        }
+        const int slider = std::clamp(parts[1].height, kMinSlider, kMaxSlider);
+        const int gap = area.height - parts[0].height - parts[1].height;
+        parts[0].height = area.height - slider - gap;
+        parts[1] = {area.left, area.top + area.height - slider, area.width, slider};
     } else if (area.height >= kMinSlider && area.width >= 4 * kMinPanelWidth) {
         SplitRowBy(area, kBeside, 2, kMediaGap, parts);
     } else {
@@ -123,8 +125,8 @@ static int PlaceStacked(MediaLayout* layout, const Box& area, const int* ids, in
     const int gaps = (rows - 1) * rowGap + groupGap;
     if (area.width < columns * kMinCell + (columns - 1) * kMediaGap) return 0;
     if (area.height < rows * kMinRow + gaps + kMinDisplay) return 0;
-    const int row =
-        std::clamp((area.height - gaps) / (rows + 3), kMinRow, std::max(kMaxRow, area.height / 8));
+    const int row = std::clamp(2 * (area.height - gaps) / (2 * rows + 5), kMinRow,
+                               std::max(kMaxRow, area.height / 8));
     const int buttons = rows * row + (rows - 1) * rowGap;
     const Box display = {area.left, area.top, area.width, area.height - buttons - groupGap};
     const Box grid = {area.left, area.top + area.height - buttons, area.width, buttons};
@@ -158,7 +160,7 @@ MediaLayout LayOutMedia(int width, int height) {
     MediaLayout layout = {};
     const int margin = height < kTightBelow ? kMediaTightMargin : kMediaMargin;
     const Box area = InsetBox({0, 0, std::max(width, 0), std::max(height, 0)}, margin);
-    if (area.width >= kWideFrom)
+    if (area.width >= kWideFrom && area.width >= kFlat * area.height)
         LayOutWide(&layout, area);
     else
         LayOutStacked(&layout, area);
@@ -182,7 +184,7 @@ void MediaFontSizes(const MediaLayout& layout, const MediaTextWidths& widths, in
         const Box& box = layout.boxes[i];
         if (id == kMediaSeek || !box.width) continue;
         const int edge = MediaFontOf(id) == kMediaFontLabels && id != kMediaName ? kEdge : 0;
-        int size = box.height - edge;
+        int size = box.height - (edge ? edge + 1 : 0);
         if (widths.width[i])
             size = std::min(size, (box.width - 2 * (edge + kTextAir)) * 1000 / widths.width[i]);
         if (id == kMediaCaption) size = std::max(size, std::min(kMediaMinCaption, box.height));

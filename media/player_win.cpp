@@ -12,6 +12,7 @@
 #include "media/dialogs_win.h"
 #include "media/engine_win.h"
 #include "media/history_win.h"
+#include "media/lengths.h"
 #include "media/player_state_win.h"
 #include "media/types_win.h"
 #include "ui/button_win.h"
@@ -178,8 +179,8 @@ static void TogglePause(MediaPlayer* player) {
 static void Seek(MediaPlayer* player, int second) {
     player->sought = second;
     player->endTicks = 0;
-    if (!SeekMediaToSecond(second)) return;
-    player->paused = 0;
+    SeekMediaToSecond(second);
+    player->paused = 0; // a seek plays on
     Refresh(player);
 }
 
