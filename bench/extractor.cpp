@@ -10,6 +10,8 @@
 #include <cstdio>
 #include <cstring>
 
+constexpr const char* kSelf = "bench_extractor"; // process names end after 15 characters
+
 // Paused, when nothing is published, or running without a clock, when everything is at once, by the
 // other thread.
 static void TimeSamples(const SoundFormatRecord& format, bool shown) {
@@ -41,9 +43,9 @@ static void Play(const std::string& path, const char* name, DWORD milliseconds, 
     MediaGraph graph(path, withIt);
     graph.control->Run();
     Sleep(1500); // it has come to an even flow
-    const double before = CpuSeconds("bench_extractor.exe");
+    const double before = CpuSeconds(kSelf);
     Sleep(milliseconds);
-    const double used = CpuSeconds("bench_extractor.exe") - before;
+    const double used = CpuSeconds(kSelf) - before;
     std::printf("%-42s %8.2f\n", name, used * 1000 * 1000 / milliseconds);
 }
 
