@@ -3,8 +3,8 @@
 #include "media/history_win.h"
 #include "media/playlist_win.h"
 
+#include "core/platform.h"
 #include "core/settings.h"
-#include "tests/support/driver_win.h"
 
 #include <filesystem>
 #include <fstream>
@@ -51,7 +51,7 @@ TEST_F(PlaylistFiles, OfTheWild) {
         size_t held; // entries
     } lists[] = {
         {"[playlist]\r\nNumberOfEntries=3\r\nFile1=a b.mp3\r\nFile3=c.mp3\r\n", 3, 2},
-        {"[PLAYLIST]\nFILE2= 'b;c' \nfile1=\"a\"\nFile1=x\nFile02=y\nnumberofentries=2\n", 2, 2},
+        {"[PLAYLIST]\nFile02=y\nFILE2= 'b;c' \nfile1=\"a\"\nFile1=x\nnumberofentries=2\n", 2, 2},
         {"\xEF\xBB\xBF[ playlist ]\r\nFile1=\xC3\xA4\r\nFile2=\r\nNumberOfEntries=2", 2, 1},
         {"[a]\nFile1=n\n[playlist]\n;File1=n\nFile2\nFile3=c\nNumberOfEntries=3x\n[playlist]"
          "\nFile1=n",
