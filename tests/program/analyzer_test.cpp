@@ -3,6 +3,7 @@
 #include "resources/ids.h"
 #include "tests/program/harness.h"
 #include "tests/support/measure_win.h"
+#include "tests/support/screen_win.h"
 #include "waves/analyzer_layout.h"
 #include "waves/engine_win.h"
 
@@ -46,14 +47,7 @@ protected:
             peer->block->BandsRight[i] = right * kScale;
         }
     }
-    COLORREF Pixel(int x, int y) const {
-        POINT point = {x, y};
-        ClientToScreen(window, &point);
-        const HDC dc = GetDC(nullptr);
-        const COLORREF color = GetPixel(dc, point.x, point.y);
-        ReleaseDC(nullptr, dc);
-        return color;
-    }
+    COLORREF Pixel(int x, int y) const { return ScreenPixelOf(window, x, y); }
     AnalyzerLayout Layout(uint32_t sides, uint32_t split) const {
         RECT client;
         GetClientRect(window, &client);
@@ -79,20 +73,8 @@ protected:
     void Shows(const Box& column, const std::string& wanted) const {
         EXPECT_TRUE(WaitUntil([&] { return Column(column) == wanted; })) << Column(column);
     }
-    // A lit label is blue, an unlit one black. Rows through its middle say which.
-    bool Lit(int id) const {
-        RECT button = PlaceOf(Child(window, id));
-        MapWindowPoints(nullptr, window, reinterpret_cast<POINT*>(&button), 2);
-        const int y = (button.top + button.bottom) / 2;
-        int blue = 0;
-        for (int x = button.left + 3; x < button.right - 3; ++x) {
-            const COLORREF color = Pixel(x, y);
-            blue += GetBValue(color) > GetRValue(color) + 40;
-        }
-        return blue > 3;
-    }
     bool Turns(int id, bool on) const {
-        return WaitUntil([&] { return Lit(id) == on; });
+        return WaitUntil([&] { return IsLit(Child(window, id)) == on; });
     }
     HWND window = nullptr;
     std::unique_ptr<SharedPeer> peer;
@@ -143,8 +125,8 @@ TEST_F(AnalyzerTest, SettingsAreMendedEditedAndKept) {
     Command(window, kAnalyzerTrails);
     EXPECT_TRUE(Turns(kAnalyzerTrails, true));
     Command(window, kAnalyzerSetUp);
-    HWND dialog = nullptr;
-    ASSERT_TRUE(WaitUntil([&] { return (dialog = FindWindowA("#32770", kDialog)) != nullptr; }));
+    const HWND dialog = WaitForDialog(kDialog);
+    ASSERT_TRUE(dialog);
     EXPECT_TRUE(
         WaitUntil([&] { return ChildText(dialog, IDC_ANALYZER_HOLD_TEXT) == "Frames: 1"; }));
     Ask(Child(dialog, IDC_ANALYZER_HOLD), WM_KEYDOWN, VK_END, 0);

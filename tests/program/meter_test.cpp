@@ -2,6 +2,7 @@
 // screen. The engine has let go of its device, so the block is the test's.
 #include "tests/program/harness.h"
 #include "tests/support/measure_win.h"
+#include "tests/support/screen_win.h"
 #include "resources/ids.h"
 #include "waves/engine_win.h"
 #include "waves/format.h"
@@ -34,18 +35,8 @@ protected:
         peer->block->PowerLeft = left;
         peer->block->PowerRight = right;
     }
-    // A dialog that has come up in full; null when it does not.
-    static HWND Dialog(const char* caption) {
-        HWND found = nullptr;
-        WaitUntil([&] { return IsWindowVisible(found = FindWindowA(nullptr, caption)) != 0; });
-        return found;
-    }
     static HWND Window() { return FindWindowA(kMeterClass, nullptr); }
     static HWND Tray() { return FindWindowA("__winex11_standalone_tray", nullptr); }
-    static COLORREF ScreenPixel(const RECT& window, int x, int y) {
-        static const HDC s_screen = GetDC(nullptr);
-        return GetPixel(s_screen, window.left + x, window.top + y);
-    }
     // Heights of the columns in hexadecimal; empty without an icon.
     std::string Shown() const {
         std::string heights;
@@ -56,7 +47,7 @@ protected:
         for (int x = 2; x < 18; ++x) {
             int height = 0;
             for (int y = 2; y < 18; ++y)
-                height += ScreenPixel(place, x, y) == bars;
+                height += ScreenPixel(place.left + x, place.top + y) == bars;
             heights += "0123456789abcdefg"[height];
         }
         return heights;
@@ -87,7 +78,7 @@ TEST_F(MeterTest, ShowsThePowerInEveryLayoutAndKeepsItsSettings) {
     EXPECT_TRUE(Shows("gggggggggggggggg"));
     // The picture moves under the open dialog, whose values count after OK and after a restart.
     Command(Window(), kMeterConfigure);
-    const HWND dialog = Dialog(kDialog);
+    const HWND dialog = WaitForDialog(kDialog);
     ASSERT_TRUE(dialog);
     Publish(2048, 100, 400);
     EXPECT_TRUE(Shows("aaaaaaaaaaaaaaaa")) << Shown();
@@ -97,14 +88,14 @@ TEST_F(MeterTest, ShowsThePowerInEveryLayoutAndKeepsItsSettings) {
     // A colour of its own, mixed in the chooser that the swatch opens.
     const HWND swatch = Child(dialog, IDC_METER_FOREGROUND);
     PostMessageA(swatch, BM_CLICK, 0, 0);
-    const HWND chooser = Dialog("Color");
+    const HWND chooser = WaitForDialog("Color");
     ASSERT_TRUE(chooser);
     const char* const mixed[] = {"250", "100", "20"};
     for (int i = 0; i < 3; ++i)
         Ask(Child(chooser, 706 + i), WM_SETTEXT, 0, reinterpret_cast<LPARAM>(mixed[i]));
     Command(chooser, IDOK);
     bars = RGB(250, 100, 20);
-    EXPECT_TRUE(WaitUntil([&] { return ScreenPixel(PlaceOf(swatch), 9, 9) == bars; }));
+    EXPECT_TRUE(WaitUntil([&] { return ScreenPixelOf(swatch, 9, 9) == bars; }));
     Command(dialog, IDOK);
     EXPECT_TRUE(Shows("5555555555555555")) << Shown();
     EXPECT_EQ(Close(), 0);
@@ -135,7 +126,7 @@ TEST_F(MeterTest, ComesBackWithTheShellAndGoesWhenSwitchedOff) {
     EXPECT_LE(frames(300), before + 2);
     // Switched off with its dialog open: the icon goes no later than they do.
     Command(Window(), kMeterConfigure);
-    ASSERT_TRUE(Dialog(kDialog));
+    ASSERT_TRUE(WaitForDialog(kDialog));
     Command(FindConsole(), kConsoleVolumeIcon);
     ASSERT_TRUE(WaitUntil([] { return !Window(); }));
     EXPECT_EQ(Shown(), "");

@@ -1,6 +1,7 @@
 // The CD player window as a user sees it: texts, buttons, pages, modes, slider, segment repeater
 // and menu commands, with tone discs in the drive.
 #include "tests/program/harness.h"
+#include "tests/support/screen_win.h"
 #include "tests/support/tone_disc.h"
 
 #include <vector>
@@ -38,21 +39,9 @@ protected:
     static bool ShowsTrack(int wanted) {
         return WaitUntil([=] { return Shown(wanted) >= 0; });
     }
-    // A lit label is blue by default, an unlit one black on grey.
-    static bool IsLit(int id) {
-        const RECT button = PlaceOf(Child(FindComponent(kPlayer), id));
-        const HDC dc = GetDC(nullptr);
-        int blue = 0;
-        for (int y = button.top + 3; y < button.bottom - 3; ++y)
-            for (int x = button.left + 3; x < button.right - 3; ++x) {
-                const COLORREF color = GetPixel(dc, x, y);
-                blue += GetBValue(color) > GetRValue(color) + 40;
-            }
-        ReleaseDC(nullptr, dc);
-        return blue > 3;
-    }
+    static bool Lit(int id) { return IsLit(Child(FindComponent(kPlayer), id)); }
     static bool TurnsLit(int id, bool on) {
-        return WaitUntil([=] { return IsLit(id) == on; });
+        return WaitUntil([=] { return Lit(id) == on; });
     }
     void Mouse(int id, UINT message, int x, int y, WPARAM buttons = 0) {
         PostMessageA(Child(player, id), message, buttons, MAKELPARAM(x, y));

@@ -2,6 +2,7 @@
 // go of its device, so the block is the test's.
 #include "tests/program/harness.h"
 #include "tests/support/measure_win.h"
+#include "tests/support/screen_win.h"
 #include "resources/ids.h"
 #include "waves/engine_win.h"
 #include "waves/format.h"
@@ -43,12 +44,7 @@ protected:
         }
         memcpy(peer->block->SoundFormat, &format, sizeof format);
     }
-    COLORREF At(int x, int y) const {
-        const HDC dc = GetDC(window);
-        const COLORREF color = GetPixel(dc, x, y);
-        ReleaseDC(window, dc);
-        return color;
-    }
+    COLORREF At(int x, int y) const { return ScreenPixelOf(window, x, y); }
     // Where panes are when there are no legends, in the window.
     void LayOut(int panes, int stacked) {
         RECT client;
@@ -84,17 +80,7 @@ protected:
     bool Shows(int panes, int stacked, const char* wanted, COLORREF outline = kLine) {
         return WaitUntil([=, this] { return Shown(panes, stacked, outline) == wanted; });
     }
-    // A lit label is blue by default, an unlit one black on grey.
-    bool IsLit(int id) const {
-        RECT place = PlaceOf(Child(window, id));
-        MapWindowPoints(nullptr, window, reinterpret_cast<POINT*>(&place), 2);
-        int blue = 0;
-        for (int x = place.left + 3; x < place.right - 3; ++x) {
-            const COLORREF color = At(x, (place.top + place.bottom) / 2);
-            blue += GetBValue(color) > GetRValue(color) + 40;
-        }
-        return blue > 3;
-    }
+    bool Lit(int id) const { return IsLit(Child(window, id)); }
     HWND window = nullptr;
     std::unique_ptr<SharedPeer> peer;
     ScopePane pane[2] = {};
@@ -125,8 +111,8 @@ TEST_F(ScopeTest, DrawsEachChannelInItsPaneInEveryMode) {
     Publish(k16Stereo, 8192, -4096 * 4);
     Command(window, kScopeForceMono);
     EXPECT_TRUE(Shows(1, 0, "0 1 / -1 0 | ")) << Shown(1, 0);
-    EXPECT_TRUE(IsLit(kScopeForceMono) && IsLit(kScopeVertical));
-    EXPECT_FALSE(IsLit(kScopeLegends) || IsLit(kScopeGradient));
+    EXPECT_TRUE(Lit(kScopeForceMono) && Lit(kScopeVertical));
+    EXPECT_FALSE(Lit(kScopeLegends) || Lit(kScopeGradient));
     // The visuals host takes over: the picture rests, the indicators go on.
     peer->block->VisualsTakeOver = 1;
     Publish(k8Mono, 32, 32);
@@ -155,12 +141,10 @@ TEST_F(ScopeTest, KeepsItsSettingsAndLeavesNothingBehind) {
     Publish(k16Stereo, 8192, 4096);
     scroll(70);
     EXPECT_TRUE(Shows(2, 1, "-2 0 / 0 2 | -1 0 / 0 1 | ", kPlum)) << Shown(2, 1, kPlum);
-    EXPECT_TRUE(IsLit(kScopeVertical) && IsLit(kScopeGradient) && !IsLit(kScopeLegends));
+    EXPECT_TRUE(Lit(kScopeVertical) && Lit(kScopeGradient) && !Lit(kScopeLegends));
     Command(window, kScopeSettings);
-    HWND dialog = nullptr;
-    ASSERT_TRUE(WaitUntil([&] {
-        return IsWindowVisible(dialog = FindWindowA("#32770", "Scope Graphics Colors")) != 0;
-    }));
+    const HWND dialog = WaitForDialog("Scope Graphics Colors");
+    ASSERT_TRUE(dialog);
     Command(dialog, IDC_SCOPE_RESET);
     Command(dialog, IDOK);
     EXPECT_TRUE(Shows(2, 1, "-2 0 / 0 2 | -1 0 / 0 1 | ")) << "the colours of the beginning";

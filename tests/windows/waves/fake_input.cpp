@@ -14,11 +14,12 @@ static void GiveBack(WAVEHDR* header) {
                  reinterpret_cast<LPARAM>(header));
 }
 
-void DeliverBuffer(int level) {
+void DeliverBuffer(int level, DWORD recorded) {
     if (TheInput.queue.empty()) return;
     WAVEHDR* header = TheInput.queue.front();
     TheInput.queue.erase(TheInput.queue.begin());
     std::memset(header->lpData, level, header->dwBufferLength);
+    header->dwBytesRecorded = recorded;
     GiveBack(header);
 }
 

@@ -28,4 +28,4 @@ extern FakeInput TheInput;
 extern DWORD TheClockAhead; // ms
 
 // As a driver does: the first buffer of the queue comes back with these bytes all over.
-void DeliverBuffer(int level);
+void DeliverBuffer(int level, DWORD recorded = 1); // any number but 0 counts as all of them
