@@ -25,16 +25,18 @@ constexpr int kLoadingSteps = 9;  // range of the loading dialog's bar
 constexpr int kWindowSlots = 8;
 
 struct ComponentTraits {
-    ComponentKind kind;
-    uint16_t windowId;   // 0 for engines and icons
-    uint16_t command;    // console command that switches it, and the id of its button or lamp
-    uint16_t engine;     // command of the engine it needs; 0 none
-    const char* onValue; // DWORD in the console's section; null: neither saved nor restored
-    uint8_t restoreRank; // 1 CD engine, 2 waves, 3 mixer engine, 4 CD player, 5 spectrum, 6 scope,
-                         // 7 mixer window, 8 volume icon, 9 CD icon, 10 media player; 0 never
-    uint8_t stopRank;    // ascending at shutdown: windows, then engines, then icons
-    uint8_t withEngineRank;  // ascending among those that stop together with their engine
-    uint8_t dependantsFirst; // engines: dependants stop before the engine, else after it
+    ComponentKind kind = kEngineComponent;
+    uint16_t windowId = 0; // 0 for engines and icons
+    uint16_t command = 0;  // console command that switches it, and the id of its button or lamp
+    uint16_t engine = 0;   // command of the engine it needs; 0 none
+    const char* onValue =
+        nullptr; // DWORD in the console's section; null: neither saved nor restored
+    uint8_t restoreRank =
+        0;                // 1 CD engine, 2 waves, 3 mixer engine, 4 CD player, 5 spectrum, 6 scope,
+                          // 7 mixer window, 8 volume icon, 9 CD icon, 10 media player; 0 never
+    uint8_t stopRank = 0; // ascending at shutdown: windows, then engines, then icons
+    uint8_t withEngineRank = 0;  // ascending among those that stop together with their engine
+    uint8_t dependantsFirst = 0; // engines: dependants stop before the engine, else after it
 };
 
 // Row of a rank; -1 when there is none.

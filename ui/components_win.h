@@ -7,22 +7,22 @@
 #include "ui/components.h"
 
 struct ComponentEntry {
-    ComponentTraits traits;
-    ComponentThread* thread; // its title is the component's name in "LastException"
+    ComponentTraits traits = {};
+    ComponentThread* thread = nullptr; // its title is the component's name in "LastException"
 
     // String ids; 0 where there is none.
-    UINT label;      // on the button or lamp
-    UINT shortLabel; // the same where the label does not fit
-    UINT tip;        // its tooltip
-    UINT menu;       // entry of the notification icon's menu
+    UINT label = 0;      // on the button or lamp
+    UINT shortLabel = 0; // the same where the label does not fit
+    UINT tip = 0;        // its tooltip
+    UINT menu = 0;       // entry of the notification icon's menu
     // Engines: texts of the lamp's context menu.
-    UINT engage, disengage, configureText;
-    UINT configureCommand;
+    UINT engage = 0, disengage = 0, configureText = 0;
+    UINT configureCommand = 0;
 
     // May be null. Configure shows the engine's dialog, modal to owner. PostCommand posts a
     // command of the component's own (core/commands.h) and returns 0 when it is off.
-    void (*Configure)(HWND owner);
-    int (*PostCommand)(UINT command, LPARAM argument);
+    void (*Configure)(HWND owner) = nullptr;
+    int (*PostCommand)(UINT command, LPARAM argument) = nullptr;
 };
 
 // The mixer as the console knows it. Null while a build has none, and 0 all over while its engine
