@@ -97,15 +97,6 @@ uint32_t PositionAfterEdit(const Playlist& before, const Playlist& after) {
     return position;
 }
 
-Playlist ListSavedAs(const Playlist& list, const std::string& path) {
-    Playlist saved = list;
-    saved.name = path;
-    if (!SameText(FolderOf(list.name).c_str(), FolderOf(path).c_str()))
-        for (std::string& entry : saved.entries)
-            entry = ResolveEntry(list, entry);
-    return saved;
-}
-
 // ---- commands
 
 int MediaCommandActs(int command, const Playlist& list, int playing) {

@@ -43,9 +43,6 @@ int EntryAfterEnd(const Playlist& list, int repeat, int random, uint32_t number)
 int EntryBeside(const Playlist& list, int step, int random, uint32_t number);
 // Where an edited list stands: at the entry that was current, if it still has it.
 uint32_t PositionAfterEdit(const Playlist& before, const Playlist& after);
-// The list as it is written to another file: entries that stood relative to the old one don't
-// follow it.
-Playlist ListSavedAs(const Playlist& list, const std::string& path);
 
 // ---- commands
 // 1 when there is something for it to act on; a command that is none of the player's: 0.

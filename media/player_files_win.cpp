@@ -6,11 +6,9 @@
 
 #include "core/settings.h"
 #include "core/shared_block.h"
-#include "core/strings_win.h"
 #include "core/text.h"
 #include "media/dialogs_win.h"
 #include "media/playlist_win.h"
-#include "resources/ids.h"
 #include "ui/components.h"
 
 constexpr const char* kUnnamedList = "Default.pls";
@@ -119,33 +117,26 @@ static int IsUnnamed(const Playlist& list) {
     return list.name.empty() || SameText(FileTitle(list.name).c_str(), kUnnamedList);
 }
 
+// The list went on meanwhile, or is another one since a file came from outside.
 int EditMediaList(MediaPlayer* player) {
     const HWND window = player->window;
+    const uint32_t position = player->list.position;
     Playlist edited = player->list;
     if (!EditPlaylist(window, &edited) || !IsWindow(window)) return 0;
-    edited.position = PositionAfterEdit(player->list, edited);
+    if (player->list.position != position)
+        edited.position = PositionAfterEdit(player->list, edited);
     if (edited.name.empty()) edited.name = UnnamedList();
     if (IsUnnamed(edited)) WritePlaylist(edited, edited.name);
     player->list = edited;
     return 1;
 }
 
-static void TellSaveFailed(HWND window) {
-    char text[kStringMax], caption[kStringMax];
-    LoadText(IDS_MEDIA_SAVE_FAILED, text);
-    LoadText(IDS_MEDIA, caption);
-    MessageBoxA(window, text, caption, MB_OK | MB_ICONEXCLAMATION);
-}
-
+// The list goes on while the user chooses.
 int SaveMediaList(MediaPlayer* player) {
     const HWND window = player->window;
-    std::string path;
-    if (!AskSavePath(window, player->list, &path) || !IsWindow(window)) return 0;
-    const Playlist saved = ListSavedAs(player->list, path);
-    const int written = WritePlaylist(saved, path);
-    if (written)
-        player->list = saved;
-    else
-        TellSaveFailed(window);
-    return written;
+    Playlist saved = player->list;
+    if (!SavePlaylistByDialog(window, &saved) || !IsWindow(window)) return 0;
+    if (saved.entries.size() == player->list.entries.size()) saved.position = player->list.position;
+    player->list = saved;
+    return 1;
 }

@@ -290,7 +290,6 @@
 #define IDS_MEDIA_MENU_TOUCH_FILES 1092
 #define IDS_MEDIA_MENU_POWER 1093
 #define IDS_MEDIA_UNKNOWN_TYPE 1094
-#define IDS_MEDIA_SAVE_FAILED 1095
 // file types and the box: 1180-1199
 #define IDS_CHOOSE_ICON 1180 // + row of the file types dialog
 #define IDS_VENDOR_PAGE 1184

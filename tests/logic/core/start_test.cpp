@@ -73,3 +73,34 @@ TEST(Placement, KeepsTwentyPixelsInSight) {
         EXPECT_EQ(p.Width, c.width) << "the size is never changed";
     }
 }
+
+TEST(CommandLine, WordsThatTogetherNameAMediaFile) {
+    const auto Exists = [](const char* path) -> int {
+        return !strcmp(path, "c:\\my songs\\one two.mp3") || !strcmp(path, "a.wav b.wav") ||
+               !strcmp(path, "two.mp3 readme.txt") || !strcmp(path, "tonvista.exe a.wav");
+    };
+    const struct {
+        std::vector<const char*> words;
+        const char* path;
+    } rows[] = {{{"C:\\My", "Songs\\One", "two.mp3"}, "c:\\my songs\\one two.mp3"},
+                {{"/noeng", "C:\\My", "Songs\\One", "two.mp3"}, "c:\\my songs\\one two.mp3"},
+                {{"C:\\My", "Songs\\other", "two.mp3"}, "two.mp3"},
+                {{"a.wav"}, "a.wav"},
+                {{"a.wav", "b.wav"}, "a.wav b.wav"},
+                {{"readme.txt", "two"}, ""}};
+    for (const auto& row : rows) {
+        std::vector<const char*> words = row.words;
+        words.insert(words.begin(), "tonvista.exe");
+        words.push_back(nullptr); // skipped, as when it stands alone
+        StartRequest request = EmptyStartRequest();
+        ParseWords(static_cast<int>(words.size()), words.data(), &request);
+        JoinMediaWords(static_cast<int>(words.size()), words.data(), Exists, &request);
+        EXPECT_STREQ(request.MediaFilePath, row.path);
+    }
+    const std::string half(140, 'x');
+    const char* const words[] = {"", half.c_str(), half.c_str(), ".mp3"};
+    StartRequest request = EmptyStartRequest();
+    JoinMediaWords(
+        4, words, [](const char*) { return 1; }, &request);
+    EXPECT_EQ(request.MediaFilePath, half + " .mp3") << "what has room";
+}
