@@ -7,6 +7,7 @@
 
 #include "core/strings_win.h"
 #include "core/text.h"
+#include "mixer/mixer_show.h"
 #include "resources/ids.h"
 #include "ui/button_win.h"
 #include "ui/framework_win.h"
@@ -42,7 +43,7 @@ static HWND CreateSlider(HWND window, int id, DWORD style, HINSTANCE instance) {
     const HWND slider =
         CreateTNVTrackBar(style | kTrackBarVertical, 0, 0, 10, 10, window, id, instance);
     if (!slider) return nullptr;
-    SetTrackBarRange(slider, 0, kMixerBarMax, 0);
+    SetTrackBarRange(slider, 0, kLevelMax, 0);
     SetTrackBarPos(slider, kMixerBarStart);
     return slider;
 }
@@ -74,7 +75,7 @@ int CreateMixerControls(MixerWindow* mixer) {
         if (!mixer->fixed[i]) return 0;
         AddFixedToolTip(mixer, MixerFixedId(i));
     }
-    mixer->volume = mixer->treble = mixer->bass = {kMixerBarStart, kMixerNotAsked};
+    mixer->volume = mixer->treble = mixer->bass = {kMixerBarStart, kLevelNone};
     for (int i = 0; i < kMixerColumns; ++i) {
         mixer->buttons[i] =
             CreateTNVButton("", 0, 0, 0, 10, 10, mixer->window, kMixerSource1 + i, instance);
@@ -82,7 +83,7 @@ int CreateMixerControls(MixerWindow* mixer) {
         if (!mixer->buttons[i] || !mixer->sliders[i]) return 0;
         AddToolTip(mixer->tooltips, mixer->window, mixer->buttons[i], "");
         AddToolTip(mixer->tooltips, mixer->window, mixer->sliders[i], "");
-        mixer->levels[i] = {kMixerBarStart, kMixerNotAsked};
+        mixer->levels[i] = {kMixerBarStart, kLevelNone};
     }
     return 1;
 }

@@ -1,23 +1,8 @@
-// Bars and names of the mixer window. See mixer_show.h.
+// See mixer_show.h.
 #include "mixer/mixer_show.h"
 
 #include <algorithm>
 #include <cstring>
-
-int AskByMixerBar(MixerBar* bar, int pos) {
-    if (pos < 0 || pos > kMixerBarMax || pos == bar->pos) return kMixerNotAsked;
-    bar->pos = pos;
-    bar->asked = kMixerBarMax - pos;
-    return bar->asked;
-}
-
-int FollowMixerBar(MixerBar* bar, int percent) {
-    percent = std::clamp(percent, 0, kMixerBarMax);
-    const int isAsked =
-        bar->asked != kMixerNotAsked && (percent == bar->asked || percent == bar->asked - 1);
-    if (!isAsked) *bar = {kMixerBarMax - percent, kMixerNotAsked};
-    return bar->pos;
-}
 
 void FitMixerName(const char* name, int room, MeasureName measure, void* context, char* fitted,
                   int size) {

@@ -4,8 +4,10 @@
 #pragma once
 #include "mixer/engine_win.h"
 #include "mixer/mixer_layout.h"
-#include "mixer/mixer_show.h"
+#include "ui/level_bar.h"
 #include "ui/look_win.h"
+
+constexpr int kMixerBarStart = 40; // where a bar stands until a value was read
 
 struct MixerWindow {
     HWND window;
@@ -13,7 +15,7 @@ struct MixerWindow {
     HWND fixed[kMixerFixed];
     HWND buttons[kMixerColumns], sliders[kMixerColumns];
     uint8_t lit[kMixerDestinations], masterLit, sourceLit[kMixerColumns];
-    MixerBar volume, treble, bass, levels[kMixerColumns];
+    LevelBar volume, treble, bass, levels[kMixerColumns];
     CachedFont fonts[kMixerFonts];
     MixerTextWidths widths;
     MixerLayout layout;

@@ -45,8 +45,8 @@ static void SetLit(HWND button, uint8_t* lit, int on) {
     SetButtonOn(button, *lit);
 }
 
-static void ShowBar(HWND slider, MixerBar* bar, int percent) {
-    SetTrackBarPos(slider, FollowMixerBar(bar, percent));
+static void ShowBar(HWND slider, LevelBar* bar, int percent) {
+    SetTrackBarPos(slider, FollowLevel(bar, percent));
 }
 
 // The controls repaint themselves where something has changed.
@@ -84,8 +84,8 @@ static int ReadSources(MixerWindow* mixer) {
     if (!changed) return 0;
     mixer->count = count;
     memcpy(mixer->sources, sources, sizeof sources);
-    for (MixerBar& level : mixer->levels)
-        level.asked = kMixerNotAsked; // another line's
+    for (LevelBar& level : mixer->levels)
+        level.settled = kLevelNone; // another line's
     return 1;
 }
 
@@ -160,31 +160,37 @@ static int OnCommand(MixerWindow* mixer, int id, int code) {
     return 1;
 }
 
+// A release is reported also where nothing was moved: it sets nothing.
+template <class Set> static void MoveBar(LevelBar* bar, int pos, const Set& set) {
+    const int percent = AskByLevel(bar, pos);
+    if (percent == kLevelNone) return;
+    const int before = set(percent);
+    SettleLevel(bar, before, set(kAsk));
+}
+
 static int SetMasterBar(MixerWindow* mixer, HWND slider, int pos) {
     const struct {
         int id;
-        MixerBar* bar;
+        LevelBar* bar;
         int (*Set)(int percent);
     } masters[] = {{kMixerVolume, &mixer->volume, MixerMasterVolume},
                    {kMixerTreble, &mixer->treble, MixerMasterTreble},
                    {kMixerBass, &mixer->bass, MixerMasterBass}};
     for (const auto& master : masters) {
         if (slider != ControlOf(*mixer, master.id)) continue;
-        const int percent = AskByMixerBar(master.bar, pos);
-        if (percent != kMixerNotAsked) master.Set(percent);
+        MoveBar(master.bar, pos, master.Set);
         return 1;
     }
     return 0;
 }
 
-// A release is reported also where nothing was moved. It must set nothing: that would make the
-// channels equal, and the balance would be lost by a mere click.
 static void OnSlider(MixerWindow* mixer, HWND slider, int code, int pos) {
     if (!SetMasterBar(mixer, slider, pos))
         for (int i = 0; i < mixer->count; ++i) {
-            if (slider != mixer->sliders[i]) continue;
-            const int percent = AskByMixerBar(&mixer->levels[i], pos);
-            if (percent != kMixerNotAsked) MixerLineVolume(mixer->sources[i].lineId, percent);
+            const uint32_t line = mixer->sources[i].lineId;
+            if (slider == mixer->sliders[i])
+                MoveBar(&mixer->levels[i], pos,
+                        [=](int percent) { return MixerLineVolume(line, percent); });
         }
     if (code == SB_ENDSCROLL) RefreshSoon(mixer); // what was held back while the bar was dragged
 }

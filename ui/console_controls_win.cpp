@@ -17,7 +17,6 @@
 
 constexpr UINT kBrandId = 790;
 constexpr UINT kVolumeId = 791;
-constexpr int kVolumeMax = 100;
 constexpr int kMinVolume = 1, kMaxVolume = 99; // for changes asked for by other processes
 
 // The display strip is darker than the panel round it, as the players' displays are.
@@ -73,8 +72,7 @@ int CreateConsoleControls() {
     s_console.close = MakeSystemButton(IDS_CONSOLE_CLOSE, IDS_CONSOLE_CLOSE_TIP, kConsoleClose);
     s_console.volume = CreateTNVTrackBar(kTrackBarVertical | WS_VISIBLE, 0, 0, 0, 0,
                                          s_console.window, kVolumeId, instance);
-    SetTrackBarRange(s_console.volume, 0, kVolumeMax, 0);
-    s_console.volumeRead = -1;
+    SetTrackBarRange(s_console.volume, 0, kLevelMax, 0);
     AddToolTipFromString(s_console.tooltips, s_console.window, s_console.volume,
                          IDS_CONSOLE_VOLUME_TIP);
     RefreshVolumeBar();
@@ -107,8 +105,6 @@ static int VolumeIsUsable() {
     return s_console.start.table->volume && engineRuns;
 }
 
-// A percent may read back lower than it was set. The bar therefore moves only when another value is
-// read than it stands for already, or each step of the wheel would begin a little lower.
 void RefreshVolumeBar() {
     if (s_console.shuttingDown || !s_console.volume) return;
     const int usable = VolumeIsUsable();
@@ -116,28 +112,29 @@ void RefreshVolumeBar() {
     SetTrackBarColors(s_console.volume, usable ? Colors.BtnLtClr : Colors.CmpntBkClr,
                       Colors.CmpntBkClr);
     const int percent = usable ? s_console.start.table->volume->GetMasterVolume() : 0;
-    if (percent == s_console.volumeRead) return;
-    s_console.volumeRead = s_console.volumeShown = percent;
-    SetTrackBarPos(s_console.volume, kVolumeMax - percent);
+    SetTrackBarPos(s_console.volume, FollowLevel(&s_console.level, percent));
 }
 
-static void SetVolume(int percent) {
-    const VolumeControl* volume = s_console.start.table->volume;
-    volume->SetMasterVolume(percent);
-    s_console.volumeShown = percent;
-    s_console.volumeRead = volume->GetMasterVolume();
-}
-
+// A release is reported also where nothing was moved: it sets nothing, but shows what there is.
 void OnVolumeScroll(int position) {
-    if (VolumeIsUsable()) SetVolume(kVolumeMax - position);
+    if (!VolumeIsUsable()) return;
+    const VolumeControl* volume = s_console.start.table->volume;
+    const int percent = AskByLevel(&s_console.level, position);
+    if (percent == kLevelNone) {
+        RefreshVolumeBar();
+        return;
+    }
+    const int before = volume->SetMasterVolume(percent);
+    SettleLevel(&s_console.level, before, volume->GetMasterVolume());
 }
 
 void ChangeVolume(int delta) {
     if (!VolumeIsUsable()) return;
     RefreshVolumeBar();
-    const long long wanted = static_cast<long long>(s_console.volumeShown) + delta;
-    SetVolume(static_cast<int>(std::clamp<long long>(wanted, kMinVolume, kMaxVolume)));
-    SetTrackBarPos(s_console.volume, kVolumeMax - s_console.volumeShown);
+    const int64_t wanted = int64_t{kLevelMax} - s_console.level.pos + delta;
+    OnVolumeScroll(kLevelMax -
+                   static_cast<int>(std::clamp<int64_t>(wanted, kMinVolume, kMaxVolume)));
+    SetTrackBarPos(s_console.volume, s_console.level.pos);
 }
 
 void JoinMixer() {

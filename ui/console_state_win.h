@@ -4,6 +4,7 @@
 #include "ui/components_win.h"
 #include "ui/console_layout.h"
 #include "ui/console_win.h"
+#include "ui/level_bar.h"
 #include "ui/look_win.h"
 #include "ui/tray_win.h"
 
@@ -20,8 +21,7 @@ struct ConsoleState {
     int lit[kMaxComponents];       // its colours are those of "on"
     HWND brand, minimize, close, volume;
     HWND tooltips;
-    int volumeShown; // percent that the volume bar stands at
-    int volumeRead;  // what that reads as; below 0 nothing was read yet
+    LevelBar level; // the volume bar's
     ConsoleLayout layout;
     CachedFont font;
 
