@@ -70,6 +70,17 @@ static int Good(HRESULT result) {
     return SUCCEEDED(result);
 }
 
+// The last thread that leaves COM has all its libraries unloaded, but another thread may be inside
+// one of their objects just then: the object's library is kept for good.
+static void KeepCodeOf(void* object) {
+    MEMORY_BASIC_INFORMATION area = {};
+    char path[MAX_PATH];
+    if (!VirtualQuery(*static_cast<void**>(object), &area, sizeof area)) return;
+    const DWORD length =
+        GetModuleFileNameA(static_cast<HMODULE>(area.AllocationBase), path, sizeof path);
+    if (length && length < sizeof path) LoadLibraryA(path);
+}
+
 // ---- the pointer in use
 
 // A reference of the caller's own, or null.
@@ -219,6 +230,7 @@ int OpenOutputVolume(const char* id) {
         !activated)
         return 0;
     auto* volume = static_cast<IAudioEndpointVolume*>(activated);
+    KeepCodeOf(volume);
     volume->RegisterControlChangeNotify(&s_listener); // without it, windows still look now and then
     ReplaceVolume(volume);
     return 1;

@@ -21,9 +21,10 @@ static const char* const kDeviceValue = "Device";       // index of a mixer devi
 static const char* const kOutputValue = "SystemVolume"; // id of an output; counts before "Device"
 constexpr int kMaxWindows = 5;
 
-// To the hidden window: something changed; use the output of index lParam.
+// To the hidden window: something changed; use the output of index lParam; devices came or went.
 constexpr UINT kChanged = WM_APP + 1;
 constexpr UINT kUseOutput = WM_APP + 2;
+constexpr UINT kDevicesChanged = WM_APP + 3;
 
 namespace {
 struct MixerEngine {
@@ -180,6 +181,13 @@ static void UseOutput(int index) {
     TellWindows();
 }
 
+// An output that was away and is back is another object.
+static void FindOutputAgain() {
+    char id[kOutputIdSize];
+    if (s_engine.backend == &kOutputBackend && SavedOutput(id)) OpenOutputVolume(id);
+    NotifyMixerChange();
+}
+
 // The output that was chosen, and where it is gone, the mixer device.
 static int OpenSavedMixer(HWND window) {
     char id[kOutputIdSize];
@@ -252,8 +260,8 @@ static LRESULT WindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lPara
         s_engine.changePosted = 0; // first: what changes from here on is told again
         TellWindows();
         return 0;
-    // A device came or went.
-    case WM_DEVICECHANGE: NotifyMixerChange(); return TRUE;
+    case WM_DEVICECHANGE: PostMessageA(window, kDevicesChanged, 0, 0); return TRUE;
+    case kDevicesChanged: FindOutputAgain(); return 0;
     case WM_COMMAND:
         if (LOWORD(wParam) == kMixerUseDevice) UseDevice(static_cast<UINT>(lParam));
         return 0;

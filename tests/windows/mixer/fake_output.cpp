@@ -7,24 +7,23 @@
 FakeOutputs Outputs;
 
 namespace {
-template <class Interface> struct Object : Interface {
+template <class... Interfaces> struct Object : Interfaces... {
     Object() { InterlockedIncrement(&Outputs.objects); }
     virtual ~Object() { InterlockedDecrement(&Outputs.objects); }
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID, void**) override { return E_NOINTERFACE; }
-    ULONG STDMETHODCALLTYPE AddRef() override {
-        return static_cast<ULONG>(InterlockedIncrement(&references));
-    }
+    ULONG STDMETHODCALLTYPE AddRef() override { return InterlockedIncrement(&references); }
     ULONG STDMETHODCALLTYPE Release() override {
         const LONG left = InterlockedDecrement(&references);
         if (!left) delete this;
-        return static_cast<ULONG>(left);
+        return left;
     }
     volatile LONG references = 1;
 };
 
-LPWSTR CoText(const std::wstring& text) {
-    auto* copy = static_cast<LPWSTR>(CoTaskMemAlloc((text.size() + 1) * sizeof(wchar_t)));
-    return std::wcscpy(copy, text.c_str());
+HRESULT CoText(const std::wstring& text, LPWSTR* copy) {
+    *copy = static_cast<LPWSTR>(CoTaskMemAlloc((text.size() + 1) * sizeof(wchar_t)));
+    std::wcscpy(*copy, text.c_str());
+    return S_OK;
 }
 
 #define UNUSED(method)                          \
@@ -39,16 +38,17 @@ struct Volume final : Object<IAudioEndpointVolume> {
             InterlockedIncrement(&Outputs.waiting);
             WaitForSingleObject(Outputs.block, 10000);
         }
-        return references > 0 ? Outputs.result : RPC_E_DISCONNECTED;
+        return references > 0 && plugging == Outputs.plugging ? S_OK : E_FAIL;
     }
     HRESULT STDMETHODCALLTYPE
     RegisterControlChangeNotify(IAudioEndpointVolumeCallback* listener) override {
+        ++Outputs.listeners;
         Outputs.listener = listener;
         return S_OK;
     }
     HRESULT STDMETHODCALLTYPE
     UnregisterControlChangeNotify(IAudioEndpointVolumeCallback*) override {
-        Outputs.listener = nullptr;
+        --Outputs.listeners;
         return S_OK;
     }
     HRESULT STDMETHODCALLTYPE SetMasterVolumeLevelScalar(FLOAT level, LPCGUID) override {
@@ -56,9 +56,8 @@ struct Volume final : Object<IAudioEndpointVolume> {
         return Enter();
     }
     HRESULT STDMETHODCALLTYPE GetMasterVolumeLevelScalar(FLOAT* level) override {
-        const HRESULT result = Enter();
         *level = Outputs.level;
-        return result;
+        return Enter();
     }
     HRESULT STDMETHODCALLTYPE SetMute(BOOL muted, LPCGUID) override {
         Outputs.muted = muted;
@@ -75,44 +74,26 @@ struct Volume final : Object<IAudioEndpointVolume> {
     UNUSED(GetChannelVolumeLevel(UINT, FLOAT*)) UNUSED(GetChannelVolumeLevelScalar(UINT, FLOAT*))
     UNUSED(GetVolumeStepInfo(UINT*, UINT*)) UNUSED(VolumeStepDown(LPCGUID))
     UNUSED(QueryHardwareSupport(DWORD*)) UNUSED(GetVolumeRange(FLOAT*, FLOAT*, FLOAT*))
-    // clang-format on
+        // clang-format on
+        const int plugging = Outputs.plugging;
 };
 
-struct Properties final : Object<IPropertyStore> {
-    explicit Properties(const std::wstring& n) : name(n) {}
-    HRESULT STDMETHODCALLTYPE GetValue(REFPROPERTYKEY, PROPVARIANT* value) override {
-        for (wchar_t& c : name)
-            c = static_cast<wchar_t>(towupper(c));
-        value->vt = VT_LPWSTR;
-        value->pwszVal = CoText(name);
+// The enumerator, its collection, an output of that and the output's properties, all in one.
+struct Device final : Object<IMMDeviceEnumerator, IMMDeviceCollection, IMMDevice, IPropertyStore> {
+    explicit Device(const std::wstring& i = {}) : id(i) {}
+    HRESULT STDMETHODCALLTYPE EnumAudioEndpoints(EDataFlow, DWORD,
+                                                 IMMDeviceCollection** collection) override {
+        *collection = new Device;
         return S_OK;
     }
-    UNUSED(GetCount(DWORD*))
-    UNUSED(GetAt(DWORD, PROPERTYKEY*))
-    UNUSED(SetValue(REFPROPERTYKEY, REFPROPVARIANT))
-    UNUSED(Commit())
-    std::wstring name;
-};
-
-struct Device final : Object<IMMDevice> {
-    explicit Device(const std::wstring& i) : id(i) {}
-    HRESULT STDMETHODCALLTYPE Activate(REFIID, DWORD, PROPVARIANT*, void** object) override {
-        *object = static_cast<IAudioEndpointVolume*>(new Volume);
-        return S_OK;
+    HRESULT STDMETHODCALLTYPE GetDevice(LPCWSTR wanted, IMMDevice** device) override {
+        for (const std::wstring& known : Outputs.ids) {
+            if (known != wanted) continue;
+            *device = new Device(known);
+            return S_OK;
+        }
+        return E_NOTIMPL;
     }
-    HRESULT STDMETHODCALLTYPE OpenPropertyStore(DWORD, IPropertyStore** store) override {
-        *store = new Properties(id);
-        return S_OK;
-    }
-    HRESULT STDMETHODCALLTYPE GetId(LPWSTR* text) override {
-        *text = CoText(id);
-        return S_OK;
-    }
-    UNUSED(GetState(DWORD*))
-    std::wstring id;
-};
-
-struct Collection final : Object<IMMDeviceCollection> {
     HRESULT STDMETHODCALLTYPE GetCount(UINT* count) override {
         *count = static_cast<UINT>(Outputs.ids.size());
         return S_OK;
@@ -122,29 +103,33 @@ struct Collection final : Object<IMMDeviceCollection> {
         *device = new Device(Outputs.ids[index]);
         return S_OK;
     }
-};
-
-struct Enumerator final : Object<IMMDeviceEnumerator> {
-    HRESULT STDMETHODCALLTYPE EnumAudioEndpoints(EDataFlow, DWORD,
-                                                 IMMDeviceCollection** c) override {
-        *c = new Collection;
+    HRESULT STDMETHODCALLTYPE Activate(REFIID, DWORD, PROPVARIANT*, void** object) override {
+        *object = static_cast<IAudioEndpointVolume*>(new Volume);
         return S_OK;
     }
-    HRESULT STDMETHODCALLTYPE GetDevice(LPCWSTR id, IMMDevice** device) override {
-        for (const std::wstring& known : Outputs.ids) {
-            if (known != id) continue;
-            *device = new Device(known);
-            return S_OK;
-        }
-        return E_NOTIMPL;
+    HRESULT STDMETHODCALLTYPE OpenPropertyStore(DWORD, IPropertyStore** store) override {
+        *store = new Device(id);
+        return S_OK;
     }
-    UNUSED(GetDefaultAudioEndpoint(EDataFlow, ERole, IMMDevice**))
-    UNUSED(RegisterEndpointNotificationCallback(IMMNotificationClient*))
+    HRESULT STDMETHODCALLTYPE GetId(LPWSTR* text) override { return CoText(id, text); }
+    HRESULT STDMETHODCALLTYPE GetValue(REFPROPERTYKEY, PROPVARIANT* value) override {
+        for (wchar_t& c : id)
+            c = static_cast<wchar_t>(towupper(c));
+        value->vt = VT_LPWSTR;
+        return CoText(id, &value->pwszVal);
+    }
+    // clang-format off
+    UNUSED(GetDefaultAudioEndpoint(EDataFlow, ERole, IMMDevice**)) UNUSED(GetState(DWORD*))
+    UNUSED(RegisterEndpointNotificationCallback(IMMNotificationClient*)) UNUSED(Commit())
     UNUSED(UnregisterEndpointNotificationCallback(IMMNotificationClient*))
+    UNUSED(GetCount(DWORD*)) UNUSED(GetAt(DWORD, PROPERTYKEY*))
+    UNUSED(SetValue(REFPROPERTYKEY, REFPROPVARIANT))
+        // clang-format on
+        std::wstring id;
 };
 
 HRESULT WINAPI FakeCreate(REFCLSID, IUnknown*, DWORD, REFIID, void** object) {
-    *object = static_cast<IMMDeviceEnumerator*>(new Enumerator);
+    *object = static_cast<IMMDeviceEnumerator*>(new Device);
     return S_OK;
 }
 } // namespace
