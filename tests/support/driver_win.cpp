@@ -2,6 +2,8 @@
 #include "tests/support/driver_win.h"
 
 #include "core/extractor.h"
+#include "core/placement.h"
+#include "ui/components.h"
 
 #include <cstdio>
 
@@ -61,12 +63,26 @@ static void DeleteDatabaseFiles() {
     FindClose(search);
 }
 
+// No window covers another one, of which a test may read the pixels or click into it.
+static void PlaceWindowsApart() {
+    constexpr int kColumns = 2, kWidth = 510, kHeight = 210;
+    int place = 0;
+    for (const uint16_t id : {kConsoleWindowId, kCdPlayerWindowId, kSpectrumWindowId,
+                              kMixerWindowId, kScopeWindowId, kMediaWindowId}) {
+        WindowPlacement placement = DefaultPlacement(id);
+        placement.X += place % kColumns * kWidth;
+        placement.Y += place++ / kColumns * kHeight;
+        WriteWindowPlacement(placement);
+    }
+}
+
 void FreshSettings() {
     DeleteRegTree(kUserRoot, kSettingsRoot);
     DeleteRegTree(kMachineRoot, kSettingsRoot);
     DeleteRegTree(kUserRoot, kDiscDriveKey);
     WriteRegString(kUserRoot, "Software\\Tonvista\\Saved", "Module", ProgramPath().c_str());
     WriteLastOk(1);
+    PlaceWindowsApart();
     const char* const engine = "Software\\Tonvista\\CDEngine";
     WriteRegDword(kUserRoot, engine, "Drive", kRegDword, 'D');
     WriteRegDword(kUserRoot, engine, "IntroLength", kRegDword, 10);

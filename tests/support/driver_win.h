@@ -30,8 +30,9 @@ std::string DatabasePath();
 // Waits until the condition holds; false when it does not within the time.
 bool WaitUntil(const std::function<bool()>& condition, DWORD waitMs = kPatienceMs);
 
-// Settings as after an installation: nothing switched on, drive D, no automatic play, no disc, and
-// no database. Tests switch on what they need before they start the program.
+// Settings as after an installation: nothing switched on, drive D, no automatic play, no disc, no
+// database; and every window has a place of its own. Tests switch on what they need before they
+// start the program.
 void FreshSettings();
 void SwitchOn(const char* onOffValue);           // a value of section UIWindow1
 void PutImage(const std::string& path);          // into the disc drive; empty takes it out
