@@ -7,9 +7,17 @@
 #include <algorithm>
 #include <commctrl.h>
 
+constexpr const char* kDialogClass = "#32770";
+
 int RaiseDialogOf(HWND owner) {
     if (!owner || IsWindowEnabled(owner)) return 0;
-    SetForegroundWindow(GetLastActivePopup(owner)); // what the dialog itself has opened, first
+    HWND dialog = nullptr;
+    while ((dialog = FindWindowExA(nullptr, dialog, kDialogClass, nullptr)) &&
+           GetWindow(dialog, GW_OWNER) != owner)
+        continue;
+    // What the dialog itself has opened, first. Not the owner's last popup: that is the owner where
+    // its menu has just been open.
+    SetForegroundWindow(GetLastActivePopup(dialog ? dialog : owner));
     return 1;
 }
 

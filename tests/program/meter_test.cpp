@@ -124,9 +124,17 @@ TEST_F(MeterTest, ComesBackWithTheShellAndGoesWhenSwitchedOff) {
     };
     const int before = frames(20);
     EXPECT_LE(frames(300), before + 2);
-    // Switched off with its dialog open: the icon goes no later than they do.
+    // Asked for again from the menu, the one dialog comes to the front.
     Command(Window(), kMeterConfigure);
-    ASSERT_TRUE(WaitForDialog(kDialog));
+    const HWND dialog = WaitForDialog(kDialog);
+    ASSERT_TRUE(dialog);
+    Command(Window(), kMeterIconCallback, WM_RBUTTONUP);
+    ASSERT_TRUE(WaitUntil([] { return FindWindowA("#32768", nullptr) != nullptr; }));
+    PostMessageA(Window(), WM_KEYDOWN, VK_ESCAPE, 0);
+    ASSERT_TRUE(WaitUntil([] { return !FindWindowA("#32768", nullptr); }));
+    Command(Window(), kMeterConfigure);
+    EXPECT_TRUE(WaitUntil([=] { return GetForegroundWindow() == dialog; }));
+    // Switched off with it open: the icon goes no later than they do.
     Command(FindConsole(), kConsoleVolumeIcon);
     ASSERT_TRUE(WaitUntil([] { return !Window(); }));
     EXPECT_EQ(Shown(), "");
