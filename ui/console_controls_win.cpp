@@ -112,7 +112,10 @@ void RefreshVolumeBar() {
     SetTrackBarColors(s_console.volume, usable ? Colors.BtnLtClr : Colors.CmpntBkClr,
                       Colors.CmpntBkClr);
     const int percent = usable ? s_console.start.table->volume->GetMasterVolume() : 0;
-    SetTrackBarPos(s_console.volume, FollowLevel(&s_console.level, percent));
+    // A bar that the wheel has moved further already, with the notice of it on its way, stays.
+    const int before = s_console.level.pos;
+    if (FollowLevel(&s_console.level, percent) != before)
+        SetTrackBarPos(s_console.volume, s_console.level.pos);
 }
 
 // A release is reported also where nothing was moved: it sets nothing, but shows what there is.

@@ -55,6 +55,12 @@ static void ChangeVolume(int delta) {
     EXPECT_TRUE(WaitUntil([=] { return block->VolumeDelta == 0; }));
 }
 
+// What a bar tells the console; anybody may.
+static void Scroll(int position) {
+    PostMessageA(FindConsole(), WM_VSCROLL, MAKEWPARAM(SB_ENDSCROLL, position),
+                 reinterpret_cast<LPARAM>(ConsoleBar()));
+}
+
 static void ClickBelowThumb(HWND bar) {
     RECT client;
     GetClientRect(bar, &client);
@@ -94,6 +100,7 @@ TEST_F(VolumeTest, EveryControlIsHeardAndFollowsTheOthers) {
         {"mute again", mute, 92},
         {"console's bar to its end", [] { Key(ConsoleBar(), VK_END); }, 0},
         {"and to the top", [] { Key(ConsoleBar(), VK_HOME); }, 100},
+        {"no position of the bar", [] { Scroll(700), ChangeVolume(-10); }, 90},
         {"beyond what other processes may", [] { ChangeVolume(INT32_MIN); }, 1},
     };
     for (const auto& step : steps) {
