@@ -1,13 +1,11 @@
 // What you hear: entries, loss, the default output and hostile packets against a platform made of
 // variables; and the same code recording for real, from the sound server's input.
 #include "fake_sound.h"
+#include "tests/support/tone_player_win.h"
 #include "waves/loopback.h"
 #include "waves/loopback_win.h"
 
 #include <gtest/gtest.h>
-#include <mmsystem.h>
-
-#include <cmath>
 
 static std::vector<uint8_t> s_filled;
 static int s_buffers;
@@ -164,13 +162,8 @@ TEST_F(LoopbackTest, RecordsAToneThroughThePlatform) {
     uint16_t device = 0;
     ASSERT_TRUE(LoopbackName(1, name, sizeof(name), &device));
     EXPECT_GT(strlen(name), strlen("What you hear: 1")) << "the device's own name";
-    std::vector<uint32_t> wave = {0x46464952, 88236, 0x45564157, 0x20746D66, 16,   0x10001,
-                                  44100,      88200, 0x100002,   0x61746164, 88200};
-    wave.resize(11 + 22050);
-    for (int i = 0; i < 44100; ++i) // 1000 Hz
-        reinterpret_cast<int16_t*>(wave.data() + 11)[i] =
-            static_cast<int16_t>(16000 * std::sin(i * 0.14247585730565955));
-    PlaySoundA(reinterpret_cast<LPCSTR>(wave.data()), nullptr, SND_MEMORY | SND_ASYNC | SND_LOOP);
+    TonePlayer tone;
+    tone.Play(1000, 1000);
     for (const uint32_t code : {2048, 16}) {
         const SoundFormatRecord format = FormatOfCode(code);
         const int waves = static_cast<int>(4096u * 1000 / format.bytesPerSecond);
@@ -184,5 +177,4 @@ TEST_F(LoopbackTest, RecordsAToneThroughThePlatform) {
         EXPECT_NEAR(Waves(format), waves, 1);
         CloseLoopback(stream);
     }
-    PlaySoundA(nullptr, nullptr, 0);
 }
