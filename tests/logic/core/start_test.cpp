@@ -77,7 +77,7 @@ TEST(Placement, KeepsTwentyPixelsInSight) {
 TEST(CommandLine, WordsThatTogetherNameAMediaFile) {
     const auto Exists = [](const char* path) -> int {
         return !strcmp(path, "c:\\my songs\\one two.mp3") || !strcmp(path, "a.wav b.wav") ||
-               !strcmp(path, "two.mp3 readme.txt") || !strcmp(path, "tonvista.exe a.wav");
+               !strcmp(path, "readme two") || !strcmp(path, "tonvista.exe a.wav");
     };
     const struct {
         std::vector<const char*> words;
@@ -87,7 +87,7 @@ TEST(CommandLine, WordsThatTogetherNameAMediaFile) {
                 {{"C:\\My", "Songs\\other", "two.mp3"}, "two.mp3"},
                 {{"a.wav"}, "a.wav"},
                 {{"a.wav", "b.wav"}, "a.wav b.wav"},
-                {{"readme.txt", "two"}, ""}};
+                {{"readme", "two"}, ""}};
     for (const auto& row : rows) {
         std::vector<const char*> words = row.words;
         words.insert(words.begin(), "tonvista.exe");

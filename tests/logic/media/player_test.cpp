@@ -155,6 +155,7 @@ TEST(MediaPlayer, LayoutAtEverySize) {
                 for (int j = 0; j < i; ++j)
                     EXPECT_FALSE(Overlap(box, layout.boxes[j])) << at << " " << i << " " << j;
                 const int size = sizes[MediaFontOf(kMediaFirst + i)];
+                EXPECT_TRUE(width < 60 || box.width >= 40) << at << " " << i;
                 if (kMediaFirst + i == kMediaSeek || size == kMediaMinLetter) continue;
                 EXPECT_LE(size, box.height) << at << " " << i;
                 EXPECT_LE(i ? widths.width[i] * size / 1000 : 0, box.width) << at << " " << i;
