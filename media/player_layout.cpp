@@ -95,7 +95,7 @@ static void PlaceGrid(MediaLayout* layout, const Box& area, const int* ids, int 
 // ---- the two arrangements
 
 static void LayOutWide(MediaLayout* layout, const Box& area) {
-    static constexpr int kHalves[] = {56, 44}, kLow[] = {6, 4};
+    static constexpr int kHalves[] = {56, 44}, kLow[] = {1, 1};
     static constexpr int kOptions[] = {kMediaName, kMediaRepeat, kMediaRandom, kMediaPower};
     static constexpr int kLists[] = {kMediaOpen, kMediaSave, kMediaEditor, kMediaHistory};
     const int gap = area.height < 70 ? kMediaGap : kRowGap;
