@@ -1,6 +1,7 @@
 // The mixer window in the real program: its destination survives a restart, and its dialog keeps
 // window and engine alive. What its bar does to the sound stands in mixer_test.cpp.
 #include "tests/program/harness.h"
+#include "tests/support/screen_win.h"
 
 class MixerWindowTest : public ProgramTest {};
 
@@ -8,9 +9,7 @@ static HWND Mixer() {
     return FindComponent("MixerUI");
 }
 
-static HWND Dialog() {
-    return FindWindowA("#32770", "Configure Mixer Engine");
-}
+constexpr const char* kDialog = "Configure Mixer Engine";
 
 static bool Says(const char* text) {
     return WaitUntil(
@@ -28,11 +27,12 @@ TEST_F(MixerWindowTest, DestinationRestartDialogAndPower) {
     ASSERT_TRUE(Says("Telephone Device Controls"));
     for (const bool fromMixer : {true, false}) {
         Command(fromMixer ? Mixer() : FindConsole(), fromMixer ? 754 : kConsoleConfigureMixer);
-        ASSERT_TRUE(WaitUntil([] { return Dialog() && IsWindowVisible(Dialog()); })) << fromMixer;
+        const HWND dialog = WaitForDialog(kDialog);
         LRESULT chosen = -1;
-        EXPECT_TRUE(Ask(Child(Dialog(), 900), LB_GETCURSEL, 0, 0, &chosen) && chosen == 0);
-        Command(Dialog(), IDOK);
-        EXPECT_TRUE(WaitUntil([] { return !Dialog(); }));
+        ASSERT_TRUE(dialog && Ask(Child(dialog, 900), LB_GETCURSEL, 0, 0, &chosen));
+        EXPECT_EQ(chosen, 0);
+        Command(dialog, IDOK);
+        EXPECT_TRUE(WaitUntil([=] { return !IsWindow(dialog); }));
         Command(Mixer(), fromMixer ? 705 : 706);
         EXPECT_TRUE(Says(fromMixer ? "Line Device Controls" : "Monitor Device Controls"));
         EXPECT_TRUE(Ask(FindWindowA("MixerHiddenWindowClassName", nullptr), WM_NULL, 0, 0));
@@ -40,10 +40,10 @@ TEST_F(MixerWindowTest, DestinationRestartDialogAndPower) {
     // Switched off from under its dialog, it goes at once; a stuck thread is killed after 2 s.
     const auto gone = [] { return !Mixer() && ReadWindowDword(1, "MixerUI", 9) == 0; };
     Command(Mixer(), 754);
-    ASSERT_TRUE(WaitUntil([] { return Dialog() != nullptr; }));
+    ASSERT_TRUE(WaitForDialog(kDialog));
     const DWORD start = GetTickCount();
     Command(FindConsole(), kConsoleMixer);
-    EXPECT_TRUE(WaitUntil(gone) && !Dialog());
+    EXPECT_TRUE(WaitUntil(gone) && !FindWindowA("#32770", kDialog));
     EXPECT_LT(GetTickCount() - start, 1500u);
     Command(FindConsole(), kConsoleMixer);
     ASSERT_TRUE(Says("Monitor Device Controls"));

@@ -6,20 +6,10 @@
 
 FakeMixer Fake;
 
-// Made before the first test runs.
-static CRITICAL_SECTION s_section;
-static const bool s_made = (InitializeCriticalSection(&s_section), true);
-
-FakeLock::FakeLock() {
-    if (s_made) EnterCriticalSection(&s_section);
-}
-FakeLock::~FakeLock() {
-    LeaveCriticalSection(&s_section);
-}
-
 // ---- making cards
 
 static DWORD s_nextControl, s_nextLine;
+constexpr DWORD kVolume = MIXERCONTROL_CONTROLTYPE_VOLUME, kMute = MIXERCONTROL_CONTROLTYPE_MUTE;
 
 static void GiveIds(FakeLine* line) {
     line->id = s_nextLine++;
@@ -28,15 +18,11 @@ static void GiveIds(FakeLine* line) {
 }
 
 FakeLine PlainSource(const std::string& name) {
-    return {MIXERLINE_COMPONENTTYPE_SRC_UNDEFINED,
-            name,
-            2,
-            {{MIXERCONTROL_CONTROLTYPE_VOLUME, {30000, 30000}},
-             {MIXERCONTROL_CONTROLTYPE_MUTE, {0}, 0, 1, true}}};
+    return {0, name, 2, {{kVolume, {30000, 30000}}, {kMute, {0}, 0, 1, true}}};
 }
 
 DWORD AddSource(int destination, const FakeLine& source) {
-    auto& sources = Fake.cards[0].destinations[static_cast<size_t>(destination)].sources;
+    auto& sources = Fake.cards[0].destinations.at(destination).sources;
     sources.push_back(source);
     GiveIds(&sources.back());
     return sources.back().id;
@@ -51,15 +37,15 @@ void ResetFake() {
     speakers.line = {MIXERLINE_COMPONENTTYPE_DST_SPEAKERS,
                      "Speakers",
                      2,
-                     {{MIXERCONTROL_CONTROLTYPE_VOLUME, {20000, 20000}},
+                     {{kVolume, {20000, 20000}},
                       {MIXERCONTROL_CONTROLTYPE_BASS, {16384, 16384}},
                       {MIXERCONTROL_CONTROLTYPE_TREBLE, {49152, 49152}},
-                      {MIXERCONTROL_CONTROLTYPE_MUTE, {0}, 0, 1, true}}};
-    recording.line = {MIXERLINE_COMPONENTTYPE_DST_WAVEIN,
-                      "Recording",
-                      2,
-                      {{MIXERCONTROL_CONTROLTYPE_VOLUME, {10000, 10000}},
-                       {MIXERCONTROL_CONTROLTYPE_MUX, {1, 0}, 0, 1, true, {0, 0}}}};
+                      {kMute, {0}, 0, 1, true}}};
+    recording.line = {
+        MIXERLINE_COMPONENTTYPE_DST_WAVEIN,
+        "Recording",
+        2,
+        {{kVolume, {10000, 10000}}, {MIXERCONTROL_CONTROLTYPE_MUX, {1, 0}, 0, 1, true, {0, 0}}}};
     GiveIds(&speakers.line);
     GiveIds(&recording.line);
     Fake.cards.push_back({"Fake Card", {speakers, recording}});
@@ -101,10 +87,7 @@ DWORD SpeakerLine() {
 }
 
 DWORD SourceLine(int destination, int source) {
-    return Fake.cards[0]
-        .destinations[static_cast<size_t>(destination)]
-        .sources[static_cast<size_t>(source)]
-        .id;
+    return Fake.cards[0].destinations.at(destination).sources.at(source).id;
 }
 
 // ---- the functions
@@ -165,14 +148,12 @@ static MMRESULT WINAPI FakeGetLineInfo(HMIXEROBJ object, LPMIXERLINEA line, DWOR
     const DWORD how = flags & MIXER_GETLINEINFOF_QUERYMASK;
     for (const Place& place : Lines(card)) {
         const FakeLine& found = *place.line;
-        if (how == MIXER_GETLINEINFOF_LINEID) {
-            if (found.id != asked.dwLineID) continue;
-        } else if (how == MIXER_GETLINEINFOF_COMPONENTTYPE) {
-            if (!place.of || found.type != asked.dwComponentType) continue;
-        } else if (place.of || place.destination != asked.dwDestination ||
-                   place.source != asked.dwSource) {
-            continue;
-        }
+        const bool fits = how == MIXER_GETLINEINFOF_LINEID ? found.id == asked.dwLineID
+                          : how == MIXER_GETLINEINFOF_COMPONENTTYPE
+                              ? place.of && found.type == asked.dwComponentType
+                              : !place.of && place.destination == asked.dwDestination &&
+                                    place.source == asked.dwSource;
+        if (!fits) continue;
         *line = {};
         line->cbStruct = sizeof *line;
         line->dwDestination = place.destination;

@@ -5,6 +5,7 @@
 #include "core/platform.h"
 #include <mmsystem.h>
 
+#include <mutex>
 #include <string>
 #include <vector>
 
@@ -50,11 +51,9 @@ struct FakeMixer {
 };
 extern FakeMixer Fake;
 
-struct FakeLock {
-    FakeLock();
-    ~FakeLock();
-    FakeLock(const FakeLock&) = delete;
-    FakeLock& operator=(const FakeLock&) = delete;
+inline std::recursive_mutex FakeMutex;
+struct FakeLock : std::lock_guard<std::recursive_mutex> {
+    FakeLock() : lock_guard(FakeMutex) {}
 };
 
 // One card with
