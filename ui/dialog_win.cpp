@@ -144,9 +144,12 @@ void LayOutDialog(const DialogLayout& layout, HWND dialog) {
         OffsetRect(&place, anchor & kMoveX ? wider : 0, anchor & kMoveY ? higher : 0);
         if (anchor & kGrowX) place.right += wider;
         if (anchor & kGrowY) place.bottom += higher;
-        batch = DeferWindowPos(batch, GetDlgItem(dialog, layout.controls[i].id), nullptr,
-                               place.left, place.top, place.right - place.left,
-                               place.bottom - place.top, SWP_NOZORDER | SWP_NOACTIVATE);
+        batch =
+            DeferWindowPos(batch, GetDlgItem(dialog, layout.controls[i].id), nullptr, place.left,
+                           place.top, place.right - place.left, place.bottom - place.top,
+                           SWP_NOZORDER | SWP_NOACTIVATE | SWP_NOCOPYBITS);
     }
     if (batch) EndDeferWindowPos(batch);
+    // Controls that changed places with each other do not all tell what they have uncovered.
+    RedrawWindow(dialog, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
 }
