@@ -107,6 +107,12 @@ TEST_F(AnalyzerTest, ColumnsOfEveryModeAndTheFormat) {
     Shows(left, "########");
     peer->block->PowerFullScale = 0;
     Shows(left, "");
+    std::memset(peer->block->SoundFormat, 0xFF, sizeof peer->block->SoundFormat);
+    ASSERT_TRUE(Ask(window, WM_TIMER, 799, 0)); // seen; then the same format as before
+    Publish(2048, 0.4f, 0.5f);
+    Shows(left, "########");
+    peer->block->PowerFullScale = 0;
+    Shows(left, "");
     peer->block->VisualsTakeOver = 1; // another one shows the sound
     Publish(1, 1, 1);
     EXPECT_TRUE(WaitUntil([&] { return ChildText(window, kAnalyzerStereo) == "mono"; }));
