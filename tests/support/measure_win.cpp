@@ -7,6 +7,20 @@
 #include <cstring>
 #include <winternl.h>
 
+// Whether it runs in our host: others may run programs of the same name at the same time.
+static bool IsOfOurHost(long id) {
+    const char* prefix = std::getenv("WINEPREFIX");
+    FILE* file = std::fopen(("Z:\\proc\\" + std::to_string(id) + "\\environ").c_str(), "rb");
+    std::vector<char> bytes(64 << 10);
+    size_t size = 0;
+    if (file) {
+        size = std::fread(bytes.data(), 1, bytes.size(), file);
+        std::fclose(file);
+    }
+    const std::string end(1, 0), text = end + std::string(bytes.data(), size);
+    return !prefix || text.find(end + "WINEPREFIX=" + prefix + end) != std::string::npos;
+}
+
 // Wine gives neither the processor time nor the private memory of another process, so both are
 // read where the Unix side keeps them: in /proc, of the newest process of that name.
 static std::string UnixProcess(const char* name) {
@@ -19,7 +33,8 @@ static std::string UnixProcess(const char* name) {
         std::snprintf(path, sizeof path, "Z:\\proc\\%ld\\comm", id);
         FILE* file = id > newest ? std::fopen(path, "r") : nullptr;
         if (!file) continue;
-        if (std::fgets(text, sizeof text, file) && !std::strncmp(text, name, std::strlen(name)))
+        if (std::fgets(text, sizeof text, file) && !std::strncmp(text, name, std::strlen(name)) &&
+            IsOfOurHost(id))
             newest = id;
         std::fclose(file);
     } while (FindNextFileA(search, &found));
