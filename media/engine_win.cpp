@@ -115,9 +115,20 @@ void ReleaseMediaGraph() {
     s_media.hasLock = 0;
 }
 
-// Its interfaces are left to whoever of the graph's threads still uses them.
+static DWORD WINAPI StopForgotten(void* control) {
+    const ComScope com;
+    static_cast<IMediaControl*>(control)->Stop();
+    return 0;
+}
+
+// Its interfaces are left to whoever of the graph's threads still uses them, but nobody is left to
+// stop the sound. A thread that ends whenever it can does so: the killed one may hold a lock.
 void ForgetMediaGraph() {
+    IMediaControl* const control = s_media.control;
     s_media = {};
+    const HANDLE thread =
+        control ? CreateThread(nullptr, 0, StopForgotten, control, 0, nullptr) : nullptr;
+    if (thread) CloseHandle(thread);
     SwitchCapture(1);
 }
 

@@ -38,11 +38,11 @@ static void ReadClass(const char* key, char* text, uint32_t size) {
         ReadRegString(kClassesRoot, key, "", text, size);
 }
 
-static void DeleteClass(const char* key) {
-    char user[MAX_PATH];
-    UserKey(key, user);
-    DeleteRegValue(kUserRoot, user, "");
-    DeleteRegValue(kClassesRoot, key, "");
+// The user's class may be ours and the machine's another's.
+static void DeleteOwnClass(RegRoot root, const char* key) {
+    char current[MAX_PATH] = "";
+    ReadRegString(root, key, "", current, sizeof current);
+    if (IsOwnClass(current)) DeleteRegValue(root, key, "");
 }
 
 static void ClassKey(const char* extension, const char* below, char (&key)[MAX_PATH]) {
@@ -87,9 +87,10 @@ void GiveUpMediaType(const char* extension) {
         WriteClass(extension, kRecorderClass);
         return;
     }
-    char current[MAX_PATH];
-    ReadClass(extension, current, sizeof current);
-    if (IsOwnClass(current)) DeleteClass(extension);
+    char user[MAX_PATH];
+    UserKey(extension, user);
+    DeleteOwnClass(kUserRoot, user);
+    DeleteOwnClass(kClassesRoot, extension);
 }
 
 // ---- icons

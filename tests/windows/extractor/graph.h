@@ -8,8 +8,7 @@
 #include "core/shared_block.h"
 #include "tests/support/driver_win.h"
 #include "tests/support/tones.h"
-
-#include <cstdio>
+#include "tests/support/wave_file.h"
 
 template <typename T> struct Com { // a pointer with its release
     T* p = nullptr;
@@ -55,19 +54,8 @@ inline SoundFormatRecord PcmFormat(uint32_t rate, int channels, int bits, int ta
 }
 
 inline std::string WriteWav(const SoundFormatRecord& format, const std::vector<uint8_t>& sound) {
-    const uint32_t size = static_cast<uint32_t>(sound.size()), riff = 36 + size, head = 16;
     const char* const path = "C:\\extractor-test.wav";
-    FILE* file = std::fopen(path, "wb");
-    if (!file) return "";
-    std::fwrite("RIFF", 4, 1, file);
-    std::fwrite(&riff, 4, 1, file);
-    std::fwrite("WAVEfmt ", 8, 1, file);
-    std::fwrite(&head, 4, 1, file);
-    std::fwrite(&format, head, 1, file);
-    std::fwrite("data", 4, 1, file);
-    std::fwrite(&size, 4, 1, file);
-    std::fwrite(sound.data(), 1, size, file);
-    std::fclose(file);
+    WriteWaveFile(path, format, sound);
     return path;
 }
 
