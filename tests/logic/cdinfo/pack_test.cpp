@@ -1,5 +1,6 @@
-// Packed entries: what is written, what reads back, and what hostile bytes do.
-#include "cdinfo/record.h"
+// Packed entries: what is written, what reads back, what hostile bytes do, and what has room.
+#include "cdinfo/editor.h"
+#include "cdinfo/program.h"
 
 #include <gtest/gtest.h>
 
@@ -105,6 +106,25 @@ TEST(Pack, TextsThatChangeOnTheWay) {
         EXPECT_STREQ(tracks[i].artistRead, read->trackArtists[i]);
         EXPECT_STREQ(tracks[i].titleRead, read->trackTitles[i]);
     }
+}
+
+TEST(Pack, ATooLargeRecordIsSeenAndCanBeCut) {
+    auto disc = MakeRecord(100);
+    const std::string text(254, 'y');
+    for (size_t i = 0; i < 100; ++i) {
+        for (const TrackField field : {kTrackTitle, kTrackArtist, kTrackComment})
+            SetTrackField(disc.get(), i, field, (std::to_string(100 + i) + text).c_str(), 0);
+        AddSegment(disc.get(), {});
+    }
+    EXPECT_FALSE(AddSegment(disc.get(), {}));
+    SetDiscTitle(disc.get(), text.c_str());
+    EXPECT_TRUE(FitsEntry(*disc)) << "without the comment of the disc there is room";
+    SetDiscComment(disc.get(), text.c_str());
+    EXPECT_FALSE(FitsEntry(*disc));
+    ShrinkToFit(disc.get());
+    EXPECT_TRUE(FitsEntry(*disc));
+    EXPECT_STREQ(disc->trackComments[99], "");
+    EXPECT_EQ(std::strlen(disc->trackComments[98]), 254u) << "no more than needed";
 }
 
 TEST(Unpack, EarlierLayoutsAndLevels) {

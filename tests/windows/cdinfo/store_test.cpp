@@ -3,8 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <thread>
-
 #include "cdinfo/compound_win.h"
 #include "core/commands.h"
 
@@ -24,10 +22,9 @@ struct StoreTest : testing::Test {
     }
 };
 
-// A database whose index is {0,0},{A,A},{B,A}.
+// A database whose index is {0,0},{A,A},{B,A}: B's texts are those of A.
 constexpr uint32_t kA = 0x00C0FFEE, kB = 0x0BADBEEF;
 static void MakeAliasDatabase(const std::wstring& path) {
-    Forget(path);
     ASSERT_TRUE(Add(path, kA, "Alias"));
     CompoundFile file;
     ASSERT_TRUE(OpenCompound(Slurp(path), &file));
@@ -66,7 +63,6 @@ TEST_F(StoreTest, OnlyTheDefaultDatabaseIsMovedAside) {
     ExpectTidy(standard);
 }
 
-// The index is {0,0},{A,A},{B,A}: B's texts are those of A.
 TEST_F(StoreTest, AliasesFollowTheIndex) {
     MakeAliasDatabase(standard);
     EXPECT_EQ(3u, CountEntries(nullptr));
@@ -74,7 +70,6 @@ TEST_F(StoreTest, AliasesFollowTheIndex) {
     EXPECT_EQ(1, LookUpDisc(disc.get(), nullptr));
     EXPECT_STREQ("Alias", disc->title);
     EXPECT_EQ(kB, disc->identity);
-    EXPECT_EQ(1u, ReadWorld(standard).entries.size());
     ASSERT_TRUE(Add(standard, kB, "Shared"));
     EXPECT_EQ("Shared", TitleOf(standard, kA));
     MakeAliasDatabase(path);
@@ -182,34 +177,4 @@ TEST_F(StoreTest, OneChangeAtATime) {
     CloseHandle(thread);
     EXPECT_TRUE(Add(path, 7, "Seven"));
     ExpectTidy(path);
-}
-
-TEST_F(StoreTest, ABatchIsAllOrNothing) {
-    ASSERT_TRUE(Add(path, 1, "One"));
-    StoreBatch* batch = BeginStoreBatch(path.c_str());
-    for (uint32_t id = 2; id <= 60; ++id)
-        EXPECT_TRUE(BatchAdd(batch, *MakeRecord(id, "Many", 12)));
-    BatchDelete(batch, 1);
-    BatchDelete(batch, 31);
-    EXPECT_TRUE(BatchAdd(batch, *MakeRecord(31, "Again")));
-    EXPECT_EQ("One", TitleOf(path, 1));
-    ASSERT_TRUE(CommitStoreBatch(batch));
-    EXPECT_EQ(60u, CountEntries(path.c_str()));
-    EXPECT_EQ("-", TitleOf(path, 1));
-    EXPECT_EQ("Many", TitleOf(path, 30));
-    EXPECT_EQ("Again", TitleOf(path, 31));
-}
-
-TEST_F(StoreTest, AsksBeforeReplacing) {
-    EXPECT_EQ(1, AddOrReplace(path.c_str(), *MakeRecord(5, "Old"), 1, nullptr)); // no question
-    for (const int answer : {IDNO, IDYES}) {
-        std::thread person([&] {
-            HWND box = nullptr;
-            Wait([&] { return (box = FindWindowA("#32770", "Duplicate Entry - Replace?")); });
-            PostMessageA(box, WM_COMMAND, static_cast<WPARAM>(answer), 0);
-        });
-        EXPECT_EQ(answer == IDYES, AddOrReplace(path.c_str(), *MakeRecord(5, "New"), 1, nullptr));
-        person.join();
-        EXPECT_EQ(answer == IDYES ? "New" : "Old", TitleOf(path, 5));
-    }
 }
