@@ -1,18 +1,15 @@
-// Geometry of the console: nothing overlaps, nothing leaves the client, labels have room.
+// Geometry of the console: nothing overlaps, nothing leaves the client; and the stretching of the
+// group that would go too far.
+#include "ui/console_group.h"
 #include "ui/console_layout.h"
 
 #include <gtest/gtest.h>
 
-#include <cstring>
 #include <vector>
-
-constexpr int kFrame = 8; // client = window - frame, on a classic desktop
 
 struct Size {
     int width, height;
 };
-static constexpr Size kBuiltIn[] = {{616, 110}, {662, 101}, {653, 117},
-                                    {742, 114}, {220, 100}, {500, 200}};
 struct Counts {
     int buttons, lamps;
 };
@@ -64,33 +61,9 @@ TEST(ConsoleLayout, NothingOverlapsOrLeavesTheClientAtAnySize) {
             }
 }
 
-// A text as wide as a bold label of that height.
-static int Measure(const char* text, int fontHeight, void*) {
-    return static_cast<int>(std::strlen(text)) * fontHeight * 6 / 10;
-}
-
-TEST(ConsoleLayout, LabelsFitAndStayReadableAtTheBuiltInSizes) {
-    for (const Size size : kBuiltIn) {
-        SCOPED_TRACE(testing::Message() << size.width << "x" << size.height);
-        const int width = size.width - kFrame, height = size.height - kFrame;
-        const ConsoleLayout l = LayOutConsole(width, height, 9, 3, 12);
-        EXPECT_TRUE(l.strip.left == kConsoleMargin && l.strip.top == kConsoleMargin &&
-                    l.group.top + l.group.height == height - kConsoleMargin &&
-                    l.volume.left + l.volume.width == width - kConsoleMargin)
-            << "even margins";
-        std::vector<ConsoleLabel> labels;
-        for (int i = 0; i < 9; ++i)
-            labels.push_back(
-                {"Spectrum Analyzer", "Spec", l.buttons[i].width, l.buttons[i].height, 0});
-        labels.push_back({"Minimize", "Min", l.minimize.width, l.minimize.height, 0});
-        labels.push_back({"Waves Engine", "Waves", l.lamps[1].width, l.lamps[1].height, 0});
-        const int font = FitConsoleLabels(labels.data(), static_cast<int>(labels.size()),
-                                          l.reference.width / 10, Measure, nullptr);
-        EXPECT_GE(font, 10);
-        for (const ConsoleLabel& label : labels) {
-            const char* text = label.useShort ? label.shortText : label.longText;
-            EXPECT_LE(Measure(text, font, nullptr), label.width) << text;
-            EXPECT_LE(font, label.height) << text;
-        }
-    }
+// A window wholly right of the reference can't reach its right edge.
+TEST(WindowGroup, StretchingLeavesAWindowThatWouldVanish) {
+    const Edges beside = {600, 200, 700, 260};
+    const Edges after = StretchEdges(beside, {40, 50, 500, 240}, kRightSide, 20, 20);
+    EXPECT_TRUE(after.left == 600 && after.right == 700);
 }

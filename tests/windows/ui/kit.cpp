@@ -7,8 +7,7 @@ static LRESULT CALLBACK RecorderProc(HWND window, UINT message, WPARAM wParam, L
     switch (message) {
     case WM_COMMAND:
     case WM_HSCROLL:
-    case WM_VSCROLL:
-    case WM_MOUSEWHEEL: {
+    case WM_VSCROLL: {
         const Note note = {message, wParam, lParam};
         s_recorder->notes.push_back(note);
         if (s_recorder->onNote) s_recorder->onNote(note);
@@ -81,24 +80,10 @@ void ParkPointer() {
     MovePointer(1270, 1010);
 }
 
-POINT CenterOf(HWND window) {
-    RECT rect;
-    GetWindowRect(window, &rect);
-    return {(rect.left + rect.right) / 2, (rect.top + rect.bottom) / 2};
-}
-
 RECT ClientRect(HWND window) {
     RECT client;
     GetClientRect(window, &client);
     return client;
-}
-
-COLORREF PixelOf(HWND window, int x, int y) {
-    UpdateWindow(window);
-    HDC dc = GetDC(window);
-    const COLORREF color = GetPixel(dc, x, y);
-    ReleaseDC(window, dc);
-    return color;
 }
 
 int CountPixels(HWND window, RECT area, COLORREF color) {

@@ -13,7 +13,7 @@ struct Note {
     LPARAM lParam;
 };
 
-// Records WM_COMMAND, WM_NOTIFY codes, scroll and wheel messages. One lives at a time.
+// Records commands and scroll messages. One lives at a time.
 struct Recorder {
     Recorder();
     ~Recorder();
@@ -38,11 +38,9 @@ inline LPARAM At(int x, int y) {
 
 // The real pointer, in screen pixels; pumps afterwards.
 void MovePointer(int x, int y);
-POINT CenterOf(HWND window);
 // Keeps the real pointer away from what a test does by hand.
 void ParkPointer();
 
 // Pixels of the client area, painted up to date.
-COLORREF PixelOf(HWND window, int x, int y);
 int CountPixels(HWND window, RECT area, COLORREF color);
 RECT ClientRect(HWND window);
