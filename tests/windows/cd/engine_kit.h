@@ -23,23 +23,6 @@ inline const FileLayer& NoFiles() {
     return s_files;
 }
 
-// A window of the test that counts requests to close.
-struct Recorder {
-    Recorder() {
-        window = CreateWindowExA(0, "STATIC", "", WS_OVERLAPPEDWINDOW, 0, 0, 1, 1, nullptr, nullptr,
-                                 nullptr, nullptr);
-    }
-    ~Recorder() { DestroyWindow(window); }
-    void Pump() {
-        MSG message;
-        while (PeekMessageA(&message, window, 0, 0, PM_REMOVE)) {
-            closes += message.message == WM_CLOSE;
-        }
-    }
-    HWND window;
-    int closes = 0;
-};
-
 class Engine : public testing::Test {
 protected:
     void SetUp() override {
@@ -55,6 +38,7 @@ protected:
         Stop();
         CloseSharedBlock(SharedBlock);
         SharedBlock = nullptr;
+        DestroyWindow(m_owner);
     }
     static void SetCdNumber(const char* name, uint32_t value) {
         WriteRegDword(kUserRoot, kCdKey, name, kRegDword, value);
@@ -67,12 +51,12 @@ protected:
         s_fake.calls = NthCall{};
     }
     bool Start() {
-        if (!StartComponentThread(CdEngineThread(), GetModuleHandleA(nullptr), m_recorder.window))
+        if (!StartComponentThread(CdEngineThread(), GetModuleHandleA(nullptr), m_owner))
             return false;
         s_engineProc = reinterpret_cast<WNDPROC>(
             SetWindowLongPtrA(EngineWindow(), GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(MarkProc)));
         Drain(); // until the disc has been read
-        return RegisterCdWindow(m_recorder.window) == 1;
+        return RegisterCdWindow(m_owner) == 1;
     }
     static void Stop() { StopComponentThread(CdEngineThread()); }
     static HWND EngineWindow() { return CdEngineThread()->Window; }
@@ -107,7 +91,8 @@ protected:
         GetCdRecord(&record);
         return record;
     }
-    Recorder m_recorder;
+    HWND m_owner = CreateWindowExA(0, "STATIC", "", WS_OVERLAPPEDWINDOW, 0, 0, 1, 1, nullptr,
+                                   nullptr, nullptr, nullptr);
     static constexpr UINT kMark = WM_APP + 99;
     inline static const HANDLE s_marked = CreateEventA(nullptr, FALSE, FALSE, nullptr);
     inline static WNDPROC s_engineProc;

@@ -1,41 +1,14 @@
-// The engine over a drive of the test's making: slow, silent, stuck, failing, crashing.
+// The engine over a drive of the test's making: stuck, failing, asked for nonsense.
 #include "engine_kit.h"
 
 #include <mmsystem.h>
 
 #include <algorithm>
-#include <cstring>
 
 static const FakeDisc s_short = {{40, 50, 60}, "1000001"};
 
 static Tmsf At(uint32_t track, uint32_t seconds) {
     return MakeTmsf(track, seconds / 60, seconds % 60, 0);
-}
-
-TEST_F(Engine, EndsOfPlayAreFoundWithoutNoticeAndOnADriveThatSaysItPlays) {
-    SetCdNumber("Programmed", 1);
-    SetCdNumber("AutoExit", 1);
-    for (uint32_t modeAtEnd : {kModeStop, kModePlay}) {
-        UseFake(s_short);
-        ASSERT_TRUE(Start());
-        Do(kCdRecordChanged); // a disc gets its program when it is looked up again
-        Do(kCdPlay);
-        EXPECT_EQ(s_fake.Played().to, At(1, 40));
-        for (uint32_t track = 1; track <= 3; ++track) {
-            EXPECT_EQ(Now().track, track);
-            s_fake.position = s_fake.Played().to;
-            s_fake.mode = modeAtEnd;
-            Poll();
-            Poll();
-        }
-        EXPECT_EQ(s_fake.plays, 3);
-        EXPECT_FALSE(CdIsBusy());
-        EXPECT_EQ(s_fake.mode, static_cast<uint32_t>(kModeStop)) << "it is told to stop";
-        m_recorder.Pump();
-        EXPECT_EQ(m_recorder.closes, 1);
-        m_recorder.closes = 0;
-        Stop();
-    }
 }
 
 TEST_F(Engine, NoticesOfOneEndStepOnceAndGiveWayToWhatWasAskedMeanwhile) {
@@ -68,22 +41,17 @@ TEST_F(Engine, StallingDrive) {
     s_fake.stallMs = 60000;
     PostCdCommand(kCdPlay, 1);
     PostMessageA(EngineWindow(), WM_TIMER, 700, 0);
-    std::vector<DWORD> times;
+    ++record.revision;
+    DWORD start = GetTickCount();
     for (int i = 0; i < 30; ++i) {
-        const DWORD start = GetTickCount();
-        ++record.revision;
-        SetCdRecord(record);
+        EXPECT_TRUE(SetCdRecord(record));
         SetCdPlayFlags(i & 1 ? kPlayIntro : kPlayRepeat);
         EXPECT_EQ(Now().trackCount, 3);
-        times.push_back(GetTickCount() - start);
-        Sleep(10);
     }
-    std::sort(times.begin(), times.end());
-    EXPECT_LT(times[15], 50u);
-    EXPECT_LT(times[29], 2000u) << "the machine may have been busy, but no call is that slow";
+    EXPECT_LT(GetTickCount() - start, 2000u) << "none has waited for the drive";
     EXPECT_EQ(Record().revision, record.revision);
 
-    const DWORD start = GetTickCount();
+    start = GetTickCount();
     Stop();
     EXPECT_LT(GetTickCount() - start, 3500u) << "two seconds are what a hung one may cost";
     s_fake.stallMs = 0;
@@ -91,28 +59,11 @@ TEST_F(Engine, StallingDrive) {
     EXPECT_EQ(CdIdentity(), 0u);
     EXPECT_FALSE(GetCdRecord(&record));
     EXPECT_EQ(SetCdPlayFlags(kPlayRepeat), 0u);
-    EXPECT_FALSE(RegisterCdWindow(m_recorder.window));
+    EXPECT_FALSE(RegisterCdWindow(m_owner));
     EXPECT_FALSE(SetCdRecord(record));
     ASSERT_TRUE(Start());
     Do(kCdPlay, 2);
     EXPECT_EQ(Now().track, 2);
-}
-
-TEST_F(Engine, FaultInADriverEndsTheEngineAloneAndClosesOnItsThread) {
-    UseFake(s_short);
-    ASSERT_TRUE(Start());
-    s_fake.crash = 1;
-    PostMessageA(EngineWindow(), WM_TIMER, 700, 0);
-    ASSERT_TRUE(WaitUntil([] { return ComponentThreadEnded(CdEngineThread()); }));
-    ASSERT_TRUE(WaitUntil([] { return s_fake.opens == 0; }));
-    EXPECT_EQ(s_fake.closedBy, s_fake.openedBy);
-    char text[64] = "";
-    ReadRegString(kUserRoot, kSettingsRoot, "LastException", text, sizeof text);
-    EXPECT_STREQ(text, "CDPlayrWindow");
-    Stop();
-    EXPECT_FALSE(CdIsBusy());
-    ASSERT_TRUE(Start());
-    EXPECT_EQ(Now().trackCount, 3);
 }
 
 TEST_F(Engine, EveryCallToTheDeviceFailingInTurn) {
@@ -151,19 +102,18 @@ TEST_F(Engine, EveryCallToTheDeviceFailingInTurn) {
     EXPECT_GT(faults, 100);
 }
 
-TEST_F(Engine, RequestsOfOtherProcesses) {
+TEST_F(Engine, RequestsOfOtherProcessesThatMakeNoSense) {
     UseFake(s_short);
     SharedBlock->CommandFlags = kCommandNoUi;
     SetCdNumber("AutoRun", 1);
     ASSERT_TRUE(Start());
     Poll();
     EXPECT_EQ(Now().track, 1) << "started by itself";
-    struct {
+    const struct {
         uint32_t track;
         int32_t skip;
         uint32_t expected;
-    } const cases[] = {{2, 0, 2},          {0, 1, 3},         {0, -2, 1}, {4, 0, 1},
-                       {UINT32_MAX, 0, 1}, {0, INT32_MAX, 1}, {3, 0, 3},  {0, INT32_MIN, 3}};
+    } cases[] = {{4, 0, 1}, {UINT32_MAX, 0, 1}, {0, INT32_MAX, 1}, {3, 0, 3}, {0, INT32_MIN, 3}};
     for (const auto& c : cases) {
         s_fake.position = At(Now().track, 5);
         SharedBlock->RequestedTrack = c.track;
@@ -171,11 +121,6 @@ TEST_F(Engine, RequestsOfOtherProcesses) {
         Poll();
         EXPECT_EQ(SharedBlock->CdTrack, c.expected) << c.track << ' ' << c.skip;
     }
-    EXPECT_EQ(SharedBlock->CdIdentity, 1000001u);
-    EXPECT_EQ(SharedBlock->CdTrackCount, 3);
-    EXPECT_EQ(SharedBlock->CdMode, static_cast<uint32_t>(kModePlay));
-    EXPECT_STREQ(SharedBlock->CdTrackTitle, "Track 3");
-
     Do(kCdStop);
     const int plays = s_fake.plays;
     for (const int drive : {0 + 'Q', 0 + '?', 0xFFAD, 0}) { // no CD drives
@@ -188,10 +133,6 @@ TEST_F(Engine, RequestsOfOtherProcesses) {
 }
 
 // ---- settings
-
-static uint32_t Stored(const char* name) {
-    return ReadRegDword(kUserRoot, kCdKey, name);
-}
 
 static const char* const kPlayer = "AudioCD\\shell\\play\\command";
 
@@ -207,10 +148,6 @@ TEST_F(Engine, DefaultsNeverReplaceAChoiceAndOtherPlayersAreLeftAlone) {
     DeleteRegTree(kUserRoot, kCdKey);
     SetCdNumber("IntroLength", 17);
     ASSERT_TRUE(SeedCdDefaults(nullptr, 1));
-    EXPECT_EQ(Stored("IntroLength"), 17u);
-    EXPECT_EQ(Stored("AutoRun"), 1u);
-    EXPECT_EQ(Stored("UseAsDefault"), 1u);
-    EXPECT_EQ(Stored("Drive"), static_cast<uint32_t>(ChooseCdDrive('C')));
     EXPECT_NE(Player().find(".exe /play %1"), std::string::npos) << Player();
     const std::string ours = Player();
     const struct {
@@ -223,11 +160,8 @@ TEST_F(Engine, DefaultsNeverReplaceAChoiceAndOtherPlayersAreLeftAlone) {
         SeedCdDefaults(nullptr, 0);
         EXPECT_EQ(Player(), c.after) << c.before;
     }
-    EXPECT_EQ(Stored("UseAsDefault"), 0u);
-    // Values of a wrong type read as missing.
-    WriteRegString(kUserRoot, kCdKey, "Repeat", "yes");
     CDEngineSettings settings;
     LoadCdSettings(&settings);
-    EXPECT_EQ(settings.Repeat, 0u);
     EXPECT_EQ(settings.IntroLength, 17u);
+    EXPECT_TRUE(settings.AutoRun && !settings.UseAsDefault);
 }

@@ -50,14 +50,12 @@ int OpenDisc(char, uint32_t* device) {
     FAKE(0, OpenDisc);
     *device = kFakeDevice;
     s_fake.told = s_fake.disc;
-    s_fake.openedBy = GetCurrentThreadId();
     ++s_fake.opens;
     return 1;
 }
 void CloseDisc(uint32_t device, int) {
     FAKE(void(), CloseDisc);
     if (device != kFakeDevice) return;
-    s_fake.closedBy = GetCurrentThreadId();
     --s_fake.opens;
 }
 int SetDiscTimes(uint32_t, DiscTimes) {
@@ -65,7 +63,6 @@ int SetDiscTimes(uint32_t, DiscTimes) {
     return 1;
 }
 uint32_t DiscMode(uint32_t device) {
-    if (s_fake.crash.exchange(0)) RaiseException(EXCEPTION_ACCESS_VIOLATION, 0, 0, nullptr);
     FAKE(0, DiscMode);
     return device ? s_fake.mode.load() : 0;
 }

@@ -17,7 +17,6 @@ struct FakeDisc {
 
 struct FakeDrive {
     std::atomic<uint32_t> stallMs{0}; // each call takes so long
-    std::atomic<int> crash{0};        // the next question for the mode is a fault in the driver
     std::atomic<uint32_t> mode{kModeStop};
     std::atomic<Tmsf> position{0};
     std::atomic<int> opens{0}, plays{0}; // opens: less the closes
@@ -26,7 +25,6 @@ struct FakeDrive {
     NthCall calls;
     const char* failed = ""; // the call that did
     PlayEntry played;
-    unsigned long openedBy = 0, closedBy = 0; // threads
     void Insert(const FakeDisc& another);
     PlayEntry Played();
 };
