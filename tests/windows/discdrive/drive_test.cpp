@@ -3,7 +3,6 @@
 
 #include "core/tmsf.h"
 #include "discdrive/image_win.cpp"
-#include "tests/support/capture_win.h"
 #include "tests/support/tone_disc.h"
 
 #include <gtest/gtest.h>
@@ -17,10 +16,10 @@ static void PutFile(const std::string& name, const std::string& bytes) {
 }
 
 // A WAV file of so many sectors with a low hum.
-static std::string Wav(uint32_t sectors, uint32_t rate = 44100) {
+static std::string Wav(uint32_t sectors) {
     const uint32_t bytes = sectors * 2352;
     const uint32_t words[] = {36 + bytes, 0x45564157, 0x20746D66, 16,         0x20001,
-                              rate,       rate * 4,   0x100004,   0x61746164, bytes};
+                              44100,      176400,     0x100004,   0x61746164, bytes};
     return "RIFF" + std::string(reinterpret_cast<const char*>(words), sizeof words) +
            std::string(bytes, '\1');
 }
@@ -67,10 +66,8 @@ TEST_F(Drive, TellsItsTableOfContents) {
         DWORD format, item, flags, track, expected;
     } const cases[] = {
         {MCI_FORMAT_TMSF, MCI_STATUS_NUMBER_OF_TRACKS, MCI_TRACK, 0, 3},
-        {MCI_FORMAT_TMSF, MCI_STATUS_MEDIA_PRESENT, 0, 0, TRUE},
         {MCI_FORMAT_TMSF, MCI_STATUS_LENGTH, MCI_TRACK, 2, MakeMsf(0, 1, 0)},
         {MCI_FORMAT_TMSF, MCI_STATUS_POSITION, MCI_TRACK, 3, MakeTmsf(3, 0, 0, 0)},
-        {MCI_FORMAT_MSF, MCI_STATUS_POSITION, MCI_TRACK, 3, MakeMsf(0, 7, 0)},
         {MCI_FORMAT_MSF, MCI_STATUS_POSITION, MCI_STATUS_START, 0, MakeMsf(0, 2, 0)},
         {MCI_FORMAT_MSF, MCI_CDA_STATUS_TYPE_TRACK, MCI_TRACK, 2, MCI_CDA_TRACK_OTHER},
         {MCI_FORMAT_MSF, MCI_STATUS_LENGTH, MCI_TRACK, 4, kError | MCIERR_OUTOFRANGE},
@@ -88,32 +85,23 @@ TEST_F(Drive, TellsItsTableOfContents) {
     EXPECT_STREQ(text, "3840") << "00:02:00, 00:06:00 and 00:07:00 added up";
 }
 
-TEST_F(Drive, PlaysExactlyFromToAndSkipsData) {
-    const auto at = [](int frame) { return s_main.samples.begin() + frame * kSamplesPerFrame * 2; };
-    std::vector<int16_t> expected(at(260), at(300));
-    expected.insert(expected.end(), at(375), at(415));
-    std::string difference = "not tried";
-    for (int attempt = 0; attempt < 5 && !difference.empty(); ++attempt) {
-        Capture capture;
-        // 3 s and 35 frames of track 1 to 40 frames of track 3.
-        ASSERT_EQ(PlayRange(m_device, MCI_NOTIFY | MCI_FROM | MCI_TO, MakeTmsf(1, 0, 3, 35),
-                            MakeTmsf(3, 0, 0, 40)),
-                  0u);
-        EXPECT_EQ(Mode(m_device), static_cast<DWORD>(MCI_MODE_PLAY));
-        DWORD last = 0, code = 0;
-        for (int step = 0; step < 1000 && !(code = NextNotify(10)); ++step) {
-            const DWORD place = Status(m_device, MCI_STATUS_POSITION);
-            const DWORD order = TmsfTrack(place) << 16 | TmsfSecond(place) << 8 | TmsfFrame(place);
-            EXPECT_GE(order, last) << "the position runs backwards";
-            EXPECT_NE(TmsfTrack(place), 2u) << "in the data";
-            last = order;
-        }
-        EXPECT_EQ(code, static_cast<DWORD>(MCI_NOTIFY_SUCCESSFUL));
-        EXPECT_EQ(Mode(m_device), static_cast<DWORD>(MCI_MODE_STOP));
-        EXPECT_EQ(Status(m_device, MCI_STATUS_POSITION), MakeTmsf(3, 0, 0, 40));
-        difference = Difference(capture.Stop(), expected);
+TEST_F(Drive, PositionsRunFromToAndSkipData) {
+    // 3 s and 35 frames of track 1 to 40 frames of track 3.
+    ASSERT_EQ(PlayRange(m_device, MCI_NOTIFY | MCI_FROM | MCI_TO, MakeTmsf(1, 0, 3, 35),
+                        MakeTmsf(3, 0, 0, 40)),
+              0u);
+    EXPECT_EQ(Mode(m_device), static_cast<DWORD>(MCI_MODE_PLAY));
+    DWORD last = 0, code = 0;
+    for (int step = 0; step < 1000 && !(code = NextNotify(10)); ++step) {
+        const DWORD place = Status(m_device, MCI_STATUS_POSITION);
+        const DWORD order = TmsfTrack(place) << 16 | TmsfSecond(place) << 8 | TmsfFrame(place);
+        EXPECT_GE(order, last) << "the position runs backwards";
+        EXPECT_NE(TmsfTrack(place), 2u) << "in the data";
+        last = order;
     }
-    EXPECT_EQ(difference, "");
+    EXPECT_EQ(code, static_cast<DWORD>(MCI_NOTIFY_SUCCESSFUL));
+    EXPECT_EQ(Mode(m_device), static_cast<DWORD>(MCI_MODE_STOP));
+    EXPECT_EQ(Status(m_device, MCI_STATUS_POSITION), MakeTmsf(3, 0, 0, 40));
 }
 
 TEST_F(Drive, NotifiesHowAPlayEnded) {
@@ -162,7 +150,6 @@ TEST_F(Drive, DoorAndSwapAbortThePlayAndTakeTime) {
     EXPECT_EQ(ReadRegDword(kUserRoot, kDiscDriveKey, kDiscDriveDoor), 1u) << "others must know";
     EXPECT_EQ(Mode(m_device), static_cast<DWORD>(MCI_MODE_OPEN));
     EXPECT_EQ(Status(m_device, MCI_STATUS_MEDIA_PRESENT), 0u);
-    EXPECT_NE(Status(m_device, MCI_STATUS_NUMBER_OF_TRACKS) & 0x80000000, 0u);
     EXPECT_NE(PlayRange(m_device, MCI_FROM, MakeTmsf(1, 0, 0, 0)), 0u);
     ASSERT_EQ(mciSendCommandA(m_device, MCI_SET, MCI_SET_DOOR_CLOSED, 0), 0u) << "no parameters";
     const ULONGLONG start = GetTickCount64();
@@ -181,17 +168,14 @@ TEST_F(Drive, DoorAndSwapAbortThePlayAndTakeTime) {
 
 // Asked beneath the driver: for 2.5 s after a swap any image looks like none.
 TEST_F(Drive, ABrokenImageIsNoDisc) {
-    const std::string track = "\" WAVE\nTRACK 01 AUDIO\nINDEX 01 00:00:00\n";
-    PutFile("rate.wav", Wav(10, 48000));
     PutFile("cut.wav", Wav(10).substr(0, 9000));
     PutFile("missing.cue", "FILE \"missing.bin\" BINARY\n");
-    PutFile("rate.cue", "FILE \"rate.wav" + track);
-    PutFile("cut.cue", "FILE \"cut.wav" + track);
+    PutFile("cut.cue", "FILE \"cut.wav\" WAVE\nTRACK 01 AUDIO\nINDEX 01 00:00:00\n");
     PutFile("folder.cue", "FILE \".\" BINARY\n");
     PutFile("device.cue", "FILE \"CON\" BINARY\n");
     CreateDirectoryA(Path("none").c_str(), nullptr);
-    for (const wchar_t* image : {L"missing.cue", L"rate.cue", L"cut.cue", L"folder.cue",
-                                 L"device.cue", L"main.bin", L"none", L"absent"})
+    for (const wchar_t* image : {L"missing.cue", L"cut.cue", L"folder.cue", L"device.cue",
+                                 L"main.bin", L"none", L"absent"})
         EXPECT_FALSE(OpenDiscImage(L"C:\\TonvistaTest\\" + std::wstring(image))) << image;
     EXPECT_TRUE(OpenDiscImage(L"C:\\TonvistaTest\\main.cue"));
 }
@@ -215,47 +199,4 @@ TEST_F(Drive, DiscsOfEverySizeAndFilesOfAnyName) {
         EXPECT_EQ(PlayRange(m_device, MCI_FROM, MakeTmsf(tracks, 0, 0, 0)) == 0, tracks > 0);
         Send(m_device, MCI_STOP);
     }
-    CreateDirectoryA(Path("many").c_str(), nullptr);
-    DeleteFileA(Path("many\\200.wav").c_str());
-    for (int i = 0; i < 101; ++i) {
-        PutFile("many\\" + std::to_string(100 + i) + ".wav", Wav(4));
-        if (i < 99) continue;
-        ASSERT_TRUE(Insert(Path(i == 99 ? "many" : "many\\")));
-        EXPECT_EQ(Status(m_device, MCI_STATUS_NUMBER_OF_TRACKS), i + 1u);
-        EXPECT_EQ(PlayRange(m_device, MCI_FROM | MCI_WAIT, MakeTmsf(i + 1, 0, 0, 0)), 0u);
-        EXPECT_EQ(Status(m_device, MCI_STATUS_CURRENT_TRACK), i + 1u);
-    }
-}
-
-TEST_F(Drive, MannersForTrials) {
-    SetDrive(kDiscDriveStall, 300);
-    const ULONGLONG start = GetTickCount64();
-    Mode(m_device);
-    EXPECT_GE(GetTickCount64() - start, 290u);
-    SetDrive(kDiscDriveStall, 0);
-    SetDrive(kDiscDriveFailCommand, MCI_PLAY);
-    SetDrive(kDiscDriveFailError, MCIERR_DEVICE_LOCKED);
-    EXPECT_EQ(PlayRange(m_device, MCI_FROM, MakeTmsf(1, 0, 0, 0)),
-              static_cast<DWORD>(MCIERR_DEVICE_LOCKED));
-    SetDrive(kDiscDriveFailCommand, 0);
-
-    SetDrive(kDiscDriveNoNotify, 1);
-    SetDrive(kDiscDriveStayPlaying, 1);
-    ASSERT_EQ(PlayRange(m_device, MCI_NOTIFY | MCI_FROM | MCI_TO, MakeTmsf(3, 0, 2, 60),
-                        MakeTmsf(3, 0, 3, 0)),
-              0u);
-    EXPECT_EQ(NextNotify(900), 0u);
-    EXPECT_EQ(Mode(m_device), static_cast<DWORD>(MCI_MODE_PLAY)) << "although it has ended";
-    EXPECT_EQ(Status(m_device, MCI_STATUS_POSITION), MakeTmsf(3, 0, 3, 0));
-    EXPECT_EQ(Send(m_device, MCI_STOP), 0u);
-    EXPECT_EQ(Mode(m_device), static_cast<DWORD>(MCI_MODE_STOP));
-    SetDrive(kDiscDriveStaleToc, 1);
-    CreateDirectoryA(Path("one").c_str(), nullptr);
-    PutFile("one\\1.wav", Wav(75));
-    ASSERT_TRUE(Insert(Path("one")));
-    EXPECT_EQ(Status(m_device, MCI_STATUS_NUMBER_OF_TRACKS), 3u) << "of the disc before";
-    Send(m_device, MCI_CLOSE);
-    m_device = OpenDevice("D:");
-    ASSERT_TRUE(m_device);
-    EXPECT_EQ(Status(m_device, MCI_STATUS_NUMBER_OF_TRACKS), 1u);
 }
