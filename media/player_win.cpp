@@ -136,6 +136,8 @@ static void GoBeside(MediaPlayer* player, int step) {
     }
     player->list.position = static_cast<uint32_t>(entry);
     player->unknownType = 0;
+    player->duration = 0; // it was another file's
+    ShowPosition(player, 0);
     Refresh(player);
 }
 
@@ -329,8 +331,9 @@ static void OnCommand(MediaPlayer* player, int id) {
 static void OnSlider(MediaPlayer* player, int code, int position) {
     const int dragged = player->dragging;
     player->dragging = code == SB_THUMBTRACK;
-    if (!player->playing) return;
-    if (player->dragging)
+    if (!player->playing) {
+        if (!player->dragging) ShowPosition(player, 0); // there is no other place to be at
+    } else if (player->dragging)
         ShowTime(player, position);
     else if (dragged || (position != player->sought && position != player->second))
         Seek(player, position);
