@@ -115,6 +115,13 @@ TEST_F(Framework, KeysChangeItAndTheGroupIsAskedThroughTheOwner) {
     EXPECT_EQ(told, (std::vector<LPARAM>{VK_LEFT, VK_RIGHT, At(-5, 12), At(1, 0)}));
 }
 
+TEST_F(Framework, TheWheelGoesToTheOwner) {
+    ASSERT_EQ(RegisterWheelMessage(), static_cast<UINT>(WM_MOUSEWHEEL));
+    SendMessageA(window, WM_MOUSEWHEEL, MAKEWPARAM(MK_MBUTTON, 0xFF88), At(7, 8));
+    ASSERT_EQ(owner.notes.size(), 1u);
+    EXPECT_EQ(owner.notes[0].wParam, MAKEWPARAM(MK_MBUTTON, 0xFF88));
+}
+
 static HWND ShownToolTip() {
     HWND found = nullptr;
     while ((found = FindWindowExA(nullptr, found, TOOLTIPS_CLASSA, nullptr)))

@@ -7,7 +7,8 @@ static LRESULT CALLBACK RecorderProc(HWND window, UINT message, WPARAM wParam, L
     switch (message) {
     case WM_COMMAND:
     case WM_HSCROLL:
-    case WM_VSCROLL: {
+    case WM_VSCROLL:
+    case WM_MOUSEWHEEL: {
         const Note note = {message, wParam, lParam};
         s_recorder->notes.push_back(note);
         if (s_recorder->onNote) s_recorder->onNote(note);

@@ -13,7 +13,7 @@ struct Note {
     LPARAM lParam;
 };
 
-// Records commands and scroll messages. One lives at a time.
+// Records commands, scroll and wheel messages. One lives at a time.
 struct Recorder {
     Recorder();
     ~Recorder();
