@@ -47,7 +47,6 @@ static MMRESULT WINAPI Open(LPHWAVEIN handle, UINT device, LPCWAVEFORMATEX forma
     return MMSYSERR_NOERROR;
 }
 static MMRESULT WINAPI Close(HWAVEIN) {
-    if (TheInput.holdsOn) return WAVERR_STILLPLAYING;
     TheInput.wrong += !TheInput.open;
     if (!TheInput.gone) TheInput.wrong += TheInput.prepared.size() || TheInput.queue.size();
     TheInput.prepared.clear();
@@ -66,7 +65,6 @@ static MMRESULT WINAPI Unprepare(HWAVEIN, LPWAVEHDR header, UINT) {
     return MMSYSERR_NOERROR;
 }
 static MMRESULT WINAPI Queue(HWAVEIN, LPWAVEHDR header, UINT) {
-    ++TheInput.queueings;
     if (TheInput.gone || (TheInput.refuseQueueing > 0 && TheInput.refuseQueueing--))
         return MMSYSERR_ERROR;
     TheInput.wrong += header->dwFlags & WHDR_INQUEUE || !TheInput.prepared.count(header);
@@ -78,7 +76,6 @@ static MMRESULT WINAPI Simple(HWAVEIN) {
     return TheInput.gone ? MMSYSERR_ERROR : MMSYSERR_NOERROR;
 }
 static MMRESULT WINAPI Reset(HWAVEIN) {
-    ++TheInput.restarts;
     if (TheInput.stuckMs) SleepEx(TheInput.stuckMs, FALSE);
     if (TheInput.gone) return MMSYSERR_ERROR;
     for (WAVEHDR* header : TheInput.queue)

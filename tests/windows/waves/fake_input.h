@@ -13,11 +13,10 @@ struct FakeInput {
     DWORD formats = 0xFFF;
     int gone = 0;           // nothing can be opened, and what is open fails
     int refuseQueueing = 0; // so many times
-    int holdsOn = 0;        // can't be closed
     DWORD refusedRate = 0;  // of formats that it can't open
     DWORD stuckMs = 0;      // in the next reset
     // What was done to it.
-    int opens = 0, open = 0, restarts = 0, queueings = 0, wrong = 0;
+    int opens = 0, open = 0, wrong = 0;
     WAVEFORMATEX format = {};
     UINT device = 0;
     HWND window = nullptr;

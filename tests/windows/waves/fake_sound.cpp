@@ -36,7 +36,7 @@ static struct : Counted<IAudioCaptureClient> {
 static struct : Counted<IAudioClient> {
     CALL(Initialize, (AUDCLNT_SHAREMODE, DWORD flags, REFERENCE_TIME, REFERENCE_TIME,
                       const WAVEFORMATEX* format, LPCGUID),
-         ++s_sound.asked; s_sound.flags = flags; s_sound.channels = format->nChannels)
+         s_sound.flags = flags; s_sound.channels = format->nChannels)
     CALL(GetBufferSize, (UINT32* frames), *frames = 22050)
     CALL(GetService, (REFIID, void** made),
          return FAILED(s_sound.service) ? s_sound.service

@@ -18,7 +18,7 @@ struct FakeSound {
     int missing = 0;               // the platform knows no such thing
     HRESULT service = S_OK;        // what asking for the recording's service gives
     NthCall calls = {};
-    int refs = 0, asked = 0, from = -1; // from: the output that is being recorded
+    int refs = 0, from = -1; // from: the output that is being recorded
     int channels = 0;
     DWORD flags = 0;
     std::deque<FakePacket> packets = {};
