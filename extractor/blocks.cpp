@@ -41,6 +41,7 @@ int PutSample(BlockQueue* queue, const uint8_t* bytes, size_t size, const Sample
     if (!FramesPerBuffer(queue->format)) return 0;
     const uint32_t before = queue->written, flushes = queue->flushes;
     if (time.gap || queue->filledFlushes != flushes) queue->filled = 0;
+    if (queue->filledFlushes != flushes) queue->next = 0; // stream time begins anew
     queue->filledFlushes = flushes;
     size -= size % queue->format.blockAlign; // else what follows would change its channel
     const int64_t start = StartOf(queue, time), length = LengthOf(queue, size, time);

@@ -2,6 +2,7 @@
 #include "extractor/filter_win.h"
 
 #include "core/extractor.h"
+#include "extractor/list_win.h"
 
 #include <cwchar>
 #include <new>
@@ -18,6 +19,7 @@ ExtractorFilter::ExtractorFilter() {
 }
 
 ExtractorFilter::~ExtractorFilter() {
+    references = 1; // parts of it that go may take and give back a reference once more
     ClosePublisher(&publisher);
     InterlockedDecrement(&ExtractorObjects);
 }
@@ -126,52 +128,28 @@ HRESULT ExtractorFilter::FindPin(LPCWSTR id, IPin** pin) {
 // ---- its pins
 
 namespace {
-struct PinList final : IEnumPins {
-    LONG references = 1;
-    ULONG at = 0;
-    ExtractorFilter* const filter;
-
-    explicit PinList(ExtractorFilter* owner) : filter(owner) { filter->AddRef(); }
+struct PinList final : ComList<IEnumPins> {
+    explicit PinList(ExtractorFilter* owner) : ComList(IID_IEnumPins, kPins), filter(owner) {
+        filter->AddRef();
+    }
     ~PinList() { filter->Release(); }
-    STDMETHODIMP QueryInterface(REFIID id, void** object) override {
-        if (!object) return E_POINTER;
-        *object = id == IID_IUnknown || id == IID_IEnumPins ? this : nullptr;
-        if (!*object) return E_NOINTERFACE;
-        AddRef();
-        return S_OK;
-    }
-    STDMETHODIMP_(ULONG) AddRef() override {
-        return static_cast<ULONG>(InterlockedIncrement(&references));
-    }
-    STDMETHODIMP_(ULONG) Release() override {
-        const LONG left = InterlockedDecrement(&references);
-        if (!left) delete this;
-        return static_cast<ULONG>(left);
-    }
     STDMETHODIMP Next(ULONG wanted, IPin** pins, ULONG* given) override {
         if (!pins || (!given && wanted != 1)) return E_POINTER;
-        ULONG count = 0;
-        for (; count < wanted && at < kPins; ++count, ++at) {
-            pins[count] = at ? static_cast<IPin*>(&filter->out) : &filter->in;
-            pins[count]->AddRef();
+        ULONG done = 0;
+        for (; done < wanted && at < count; ++done, ++at) {
+            pins[done] = at ? static_cast<IPin*>(&filter->out) : &filter->in;
+            pins[done]->AddRef();
         }
-        if (given) *given = count;
-        return count == wanted ? S_OK : S_FALSE;
-    }
-    STDMETHODIMP Skip(ULONG wanted) override {
-        const ULONG left = kPins - at;
-        at += wanted < left ? wanted : left;
-        return wanted <= left ? S_OK : S_FALSE;
-    }
-    STDMETHODIMP Reset() override {
-        at = 0;
-        return S_OK;
+        if (given) *given = done;
+        return done == wanted ? S_OK : S_FALSE;
     }
     STDMETHODIMP Clone(IEnumPins** list) override {
         const HRESULT result = filter->EnumPins(list);
         if (SUCCEEDED(result)) static_cast<PinList*>(*list)->at = at;
         return result;
     }
+
+    ExtractorFilter* const filter;
 };
 } // namespace
 

@@ -1,6 +1,8 @@
 // See media_type_win.h.
 #include "extractor/media_type_win.h"
 
+#include "extractor/list_win.h"
+
 #include <cstring>
 #include <new>
 
@@ -13,7 +15,8 @@ int AcceptsMediaType(const AM_MEDIA_TYPE* type, SoundFormatRecord* format) {
 int SameMediaType(const AM_MEDIA_TYPE& a, const AM_MEDIA_TYPE& b) {
     return a.majortype == b.majortype && a.subtype == b.subtype && a.formattype == b.formattype &&
            a.cbFormat == b.cbFormat &&
-           (!a.cbFormat || !std::memcmp(a.pbFormat, b.pbFormat, a.cbFormat));
+           (!a.cbFormat ||
+            (a.pbFormat && b.pbFormat && !std::memcmp(a.pbFormat, b.pbFormat, a.cbFormat)));
 }
 
 static int Fits(const GUID& id, const GUID& pattern) {
@@ -53,31 +56,9 @@ void FreeMediaType(AM_MEDIA_TYPE* type) {
 // ---- the list
 
 namespace {
-struct TypeList final : IEnumMediaTypes {
-    LONG references = 1;
-    ULONG at = 0, count = 0;
-    AM_MEDIA_TYPE type = {};
-
-    TypeList() { InterlockedIncrement(&ExtractorObjects); }
-    ~TypeList() {
-        FreeMediaType(&type);
-        InterlockedDecrement(&ExtractorObjects);
-    }
-    STDMETHODIMP QueryInterface(REFIID id, void** object) override {
-        if (!object) return E_POINTER;
-        *object = id == IID_IUnknown || id == IID_IEnumMediaTypes ? this : nullptr;
-        if (!*object) return E_NOINTERFACE;
-        AddRef();
-        return S_OK;
-    }
-    STDMETHODIMP_(ULONG) AddRef() override {
-        return static_cast<ULONG>(InterlockedIncrement(&references));
-    }
-    STDMETHODIMP_(ULONG) Release() override {
-        const LONG left = InterlockedDecrement(&references);
-        if (!left) delete this;
-        return static_cast<ULONG>(left);
-    }
+struct TypeList final : ComList<IEnumMediaTypes> {
+    explicit TypeList(ULONG entries) : ComList(IID_IEnumMediaTypes, entries) {}
+    ~TypeList() { FreeMediaType(&type); }
     STDMETHODIMP Next(ULONG wanted, AM_MEDIA_TYPE** types, ULONG* given) override {
         if (!types || (!given && wanted != 1)) return E_POINTER;
         if (given) *given = 0;
@@ -93,33 +74,25 @@ struct TypeList final : IEnumMediaTypes {
         if (given) *given = 1;
         return wanted == 1 ? S_OK : S_FALSE;
     }
-    STDMETHODIMP Skip(ULONG wanted) override {
-        const ULONG left = count - at;
-        at += wanted < left ? wanted : left;
-        return wanted <= left ? S_OK : S_FALSE;
-    }
-    STDMETHODIMP Reset() override {
-        at = 0;
-        return S_OK;
-    }
     STDMETHODIMP Clone(IEnumMediaTypes** list) override {
         const HRESULT result = ListMediaTypes(count ? &type : nullptr, list);
         if (SUCCEEDED(result)) static_cast<TypeList*>(*list)->at = at;
         return result;
     }
+
+    AM_MEDIA_TYPE type = {};
 };
 } // namespace
 
 HRESULT ListMediaTypes(const AM_MEDIA_TYPE* type, IEnumMediaTypes** list) {
     if (!list) return E_POINTER;
     *list = nullptr;
-    auto* made = new (std::nothrow) TypeList;
+    auto* made = new (std::nothrow) TypeList(type ? 1 : 0);
     if (!made) return E_OUTOFMEMORY;
     if (type && FAILED(CopyMediaType(&made->type, *type))) {
         made->Release();
         return E_OUTOFMEMORY;
     }
-    made->count = type ? 1 : 0;
     *list = made;
     return S_OK;
 }

@@ -14,6 +14,3 @@ HRESULT CopyMediaType(AM_MEDIA_TYPE* to, const AM_MEDIA_TYPE& from);
 void FreeMediaType(AM_MEDIA_TYPE* type); // what it points to; it is empty then
 // Of the one type, or of none.
 HRESULT ListMediaTypes(const AM_MEDIA_TYPE* type, IEnumMediaTypes** list);
-
-// Objects and locks that keep the DLL loaded.
-extern LONG ExtractorObjects;

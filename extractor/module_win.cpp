@@ -2,6 +2,7 @@
 #include "core/extractor.h"
 #include "core/settings.h"
 #include "extractor/filter_win.h"
+#include "extractor/list_win.h"
 
 #include <string>
 

@@ -40,8 +40,7 @@ static void ReleaseBlock() {
 // ---- the thread
 
 // Without a clock the graph runs as fast as it can, and the picture with it.
-static DWORD MsUntilNext(Publisher* publisher, const SoundBlock& block) {
-    const Held held(&publisher->lock);
+static DWORD MsUntilNext(const Publisher* publisher, const SoundBlock& block) {
     REFERENCE_TIME now = 0;
     if (!publisher->running) return INFINITE;
     if (!publisher->clock || FAILED(publisher->clock->GetTime(&now))) return 0;
@@ -61,15 +60,20 @@ static void Show(Publisher* publisher, const SoundBlock& block) {
     TakeBlock(&publisher->queue);
 }
 
+// Under the lock, so that nothing more is shown after a pause. How long to wait before it is due.
+static DWORD ShowWhenDue(Publisher* publisher, const SoundBlock& block) {
+    const Held held(&publisher->lock);
+    const DWORD wait = MsUntilNext(publisher, block);
+    if (!wait) Show(publisher, block);
+    return wait;
+}
+
 static void Publish(void* argument) {
     auto* publisher = static_cast<Publisher*>(argument);
     while (!publisher->quit) {
         const SoundBlock* block = NextOrIdle(publisher);
-        const DWORD wait = block ? MsUntilNext(publisher, *block) : INFINITE;
-        if (wait)
-            WaitForSingleObject(publisher->wake, wait);
-        else
-            Show(publisher, *block);
+        const DWORD wait = block ? ShowWhenDue(publisher, *block) : INFINITE;
+        if (wait) WaitForSingleObject(publisher->wake, wait);
     }
 }
 
@@ -160,6 +164,7 @@ IReferenceClock* GetPublisherClock(Publisher* publisher) {
 
 void FlushPublisher(Publisher* publisher) {
     FlushBlocks(&publisher->queue);
+    SetEvent(publisher->wake); // it may wait for one that is void
 }
 
 // ---- the streaming thread

@@ -89,12 +89,13 @@ TEST(Blocks, GapsFlushesAndTheEndCutWhatIsIncomplete) {
     Put(queue.get(), Bytes(4096));
     FlushBlocks(queue.get());
     EXPECT_FALSE(NextBlock(queue.get()));
-    Put(queue.get(), std::vector<uint8_t>(10, 7));
+    Put(queue.get(), std::vector<uint8_t>(10, 7)); // without a time: the stream begins anew
     EXPECT_EQ(PutEnd(queue.get()), 1);
     const SoundBlock* block = NextBlock(queue.get());
     ASSERT_TRUE(block);
     EXPECT_EQ(block->bytes[9], 7);
     EXPECT_EQ(block->bytes[10], 128);
+    EXPECT_LT(block->heard, 10 * kTimeUnitsPerMs);
     EXPECT_EQ(PutEnd(queue.get()), 0);
     SetBlockFormat(queue.get(), {}); // nothing that could be shown
     EXPECT_EQ(Put(queue.get(), Bytes(9000)), 0);
