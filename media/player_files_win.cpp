@@ -117,26 +117,31 @@ static int IsUnnamed(const Playlist& list) {
     return list.name.empty() || SameText(FileTitle(list.name).c_str(), kUnnamedList);
 }
 
-// The list went on meanwhile, or is another one since a file came from outside.
+// While a dialog was open the list may have gone on, or a file from outside have replaced it.
+static int IsSameList(const Playlist& a, const Playlist& b) {
+    return a.name == b.name && a.entries == b.entries;
+}
+
 int EditMediaList(MediaPlayer* player) {
     const HWND window = player->window;
-    const uint32_t position = player->list.position;
-    Playlist edited = player->list;
+    const Playlist before = player->list;
+    Playlist edited = before;
     if (!EditPlaylist(window, &edited) || !IsWindow(window)) return 0;
-    if (player->list.position != position)
-        edited.position = PositionAfterEdit(player->list, edited);
+    const Playlist now = player->list;
+    if (now.position != before.position || !IsSameList(now, before))
+        edited.position = PositionAfterEdit(now, edited);
     if (edited.name.empty()) edited.name = UnnamedList();
     if (IsUnnamed(edited)) WritePlaylist(edited, edited.name);
     player->list = edited;
-    return 1;
+    return ResolveEntry(now, CurrentEntry(now)) != ResolveEntry(edited, CurrentEntry(edited));
 }
 
-// The list goes on while the user chooses.
-int SaveMediaList(MediaPlayer* player) {
+void SaveMediaList(MediaPlayer* player) {
     const HWND window = player->window;
-    Playlist saved = player->list;
-    if (!SavePlaylistByDialog(window, &saved) || !IsWindow(window)) return 0;
-    if (saved.entries.size() == player->list.entries.size()) saved.position = player->list.position;
+    const Playlist before = player->list;
+    Playlist saved = before;
+    if (!SavePlaylistByDialog(window, &saved) || !IsWindow(window)) return;
+    if (!IsSameList(player->list, before)) return; // another one plays now
+    saved.position = player->list.position;
     player->list = saved;
-    return 1;
 }

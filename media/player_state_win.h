@@ -62,6 +62,7 @@ std::string OnlyDroppedFile(HDROP drop);
 int OpenDroppedFiles(HDROP drop, Playlist* list); // several become a list
 // 1 and the name when another instance, or the command line, left one.
 int TakeCommandFile(std::string* path);
-// Both show dialogs: the window may be gone afterwards. 1 when the list is another one.
+// Both show dialogs: the window may be gone afterwards. 1 when the entry that was current is no
+// longer: what plays is not the list's then.
 int EditMediaList(MediaPlayer* player);
-int SaveMediaList(MediaPlayer* player);
+void SaveMediaList(MediaPlayer* player);

@@ -225,8 +225,7 @@ static void Ask(MediaPlayer* player, int (*Dialog)(HWND owner, std::string* path
 }
 
 static void EditList(MediaPlayer* player) {
-    if (!EditMediaList(player)) return;
-    if (player->list.entries.empty()) Stop(player);
+    if (EditMediaList(player)) Stop(player);
 }
 
 static int IsDialogCommand(int id) {

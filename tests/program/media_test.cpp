@@ -1,5 +1,7 @@
 // The media player through the whole program: files that are played, passed over and come to their
 // end, told of on the screen, in the shared block, in the settings and at the sound's output.
+#include "media/player_layout.h"
+#include "resources/ids.h"
 #include "tests/program/harness.h"
 #include "tests/support/capture_win.h"
 #include "tests/support/tones.h"
@@ -158,6 +160,15 @@ TEST_F(MediaTest, ObeysCommandsAndKeysAndKeepsItsSettings) {
     ASSERT_TRUE(Comes(kPlaying, "3 two.wav"));
     Do(751);
     EXPECT_TRUE(Comes(kPlaying, "1 two.wav")) << "round and round";
+    PostMessageA(window, WM_COMMAND, kMediaEditor, 0);
+    HWND editor = nullptr;
+    ASSERT_TRUE(WaitUntil([&] {
+        editor = GetLastActivePopup(window);
+        return editor != window && IsWindowVisible(editor);
+    }));
+    Command(editor, IDC_LIST_REMOVE); // it begins with the current entry chosen
+    Command(editor, IDOK);
+    EXPECT_TRUE(Comes(kStopped, "1 three.wav")) << "what played is none of the list: " << Now();
     EXPECT_EQ(Close(), 0);
 
     StartMedia();
