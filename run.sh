@@ -86,7 +86,10 @@ start_host() {
 
 # Starts the program in a session of its own: Ctrl+C here must not kill it half-way.
 start_program() { # ARGUMENTS...
-  setsid "$host" run run -- wine 'C:\Tonvista\tonvista.exe' "$@" >build/run-program.log 2>&1 &
+  local log=$root/build/run-program.log
+  # From the program's own folder: there it leaves the list of a single song.
+  (cd build/host/run/prefix/drive_c/Tonvista &&
+    exec setsid "$root/$host" run run -- wine 'C:\Tonvista\tonvista.exe' "$@" >"$log" 2>&1) &
   program_pid=$!
 }
 
