@@ -1,5 +1,4 @@
-// Playlists of the wild as bytes, the record, and the history's slots.
-#include "media/history.h"
+// Playlists of the wild as bytes, and the record.
 #include "media/playlist.h"
 
 #include <gtest/gtest.h>
@@ -69,23 +68,4 @@ TEST(Playlist, RecordAndNames) {
     for (const auto& [entry, path] : resolved)
         EXPECT_EQ(ResolveEntry(list, entry), path);
     EXPECT_EQ(ResolveEntry({"bare.m3u", 0, {}}, "a.mp3"), "a.mp3");
-}
-
-TEST(History, GoesRound21SlotsOfWhich20AreListed) {
-    HistorySlots history = {.count = 0, .next = 0, .paths = {}};
-    for (int i = 0; i < 21; ++i)
-        EXPECT_EQ(AddHistorySlot(&history, std::to_string(i)), i);
-    EXPECT_EQ(history.count, 20u);
-    EXPECT_EQ(history.next, 0u);
-    EXPECT_EQ(ListedHistory(history).back(), "19");
-    EXPECT_EQ(AddHistorySlot(&history, "19"), -1);
-    EXPECT_EQ(AddHistorySlot(&history, "20"), 0); // the one in the slot that is not listed
-    history.paths[5].clear();
-    EXPECT_EQ(ListedHistory(history).size(), 19u);
-    EXPECT_EQ(ListedHistory(history)[0], "20");
-
-    HistorySlots hostile = {.count = ~0u, .next = ~0u, .paths = {"C:\\A"}};
-    BoundHistory(&hostile);
-    EXPECT_EQ(AddHistorySlot(&hostile, "c:\\a"), -1);
-    EXPECT_EQ(AddHistorySlot(&hostile, "b"), 0);
 }

@@ -9,12 +9,12 @@
 #include "media/playlist_win.h"
 #include "resources/ids.h"
 #include "tests/support/driver_win.h"
+#include "tests/windows/media/drop.h"
 #include "ui/components.h"
 
 #include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
-#include <shlobj.h>
 
 using Entries = std::vector<std::string>;
 constexpr UINT kRun = WM_APP, kMark = WM_APP + 1;
@@ -182,18 +182,9 @@ protected:
         ClientToScreen(Child(dialog, IDC_LIST), &point);
         return point;
     }
-    void Drop(const Entries& paths, POINT screen) const {
-        std::string names;
-        for (const std::string& path : paths)
-            names += path + '\0';
-        const HGLOBAL memory = GlobalAlloc(GHND, sizeof(DROPFILES) + names.size() + 1);
-        auto* drop = static_cast<DROPFILES*>(GlobalLock(memory));
-        drop->pFiles = sizeof *drop;
-        drop->pt = screen;
-        ScreenToClient(dialog, &drop->pt);
-        memcpy(drop + 1, names.data(), names.size());
-        GlobalUnlock(memory);
-        PostMessageA(dialog, WM_DROPFILES, reinterpret_cast<WPARAM>(memory), 0);
+    void Drop(const Entries& paths, POINT place) const {
+        ScreenToClient(dialog, &place);
+        PostMessageA(dialog, WM_DROPFILES, reinterpret_cast<WPARAM>(DropOf(paths, place)), 0);
     }
 };
 } // namespace

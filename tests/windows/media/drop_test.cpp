@@ -1,25 +1,11 @@
 // What the media player makes of files that are dropped on it.
 #include "media/playlist_win.h"
 #include "media/player_state_win.h"
+#include "tests/windows/media/drop.h"
 
-#include <cstring>
 #include <gtest/gtest.h>
-#include <shellapi.h>
-#include <shlobj.h>
 
-static const std::string kFolder = "C:\\mwin-drop";
-
-static HDROP DropOf(const std::vector<std::string>& paths) {
-    std::string names;
-    for (const std::string& path : paths)
-        names += path + '\0';
-    const HGLOBAL memory = GlobalAlloc(GHND, sizeof(DROPFILES) + names.size() + 1);
-    auto* drop = static_cast<DROPFILES*>(GlobalLock(memory));
-    drop->pFiles = sizeof *drop;
-    memcpy(drop + 1, names.data(), names.size());
-    GlobalUnlock(memory);
-    return static_cast<HDROP>(memory);
-}
+static const std::string kFolder = "C:\\TonvistaDrop";
 
 static void MakeFile(const std::string& path) {
     CloseHandle(CreateFileA(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr));
