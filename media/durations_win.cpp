@@ -1,3 +1,4 @@
+// Reading lengths on a thread. See durations_win.h.
 #include "media/durations_win.h"
 
 #include "core/guard_win.h"

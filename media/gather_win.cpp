@@ -1,3 +1,4 @@
+// Gathering files on a thread, with its progress dialog. See gather_win.h.
 #include "media/gather_win.h"
 
 #include "core/component_win.h"

@@ -1,3 +1,4 @@
+// Texts of lengths and names, and the answer of a file dialog. See lengths.h.
 #include "media/lengths.h"
 
 #include "core/text.h"

@@ -1,3 +1,4 @@
+// Changes of a list by marks and places. See moves.h.
 #include "media/moves.h"
 
 #include "core/text.h"

@@ -1,3 +1,4 @@
+// The loop, layout and places of dialogs. See dialog_win.h.
 #include "ui/dialog_win.h"
 
 #include "core/settings.h"

@@ -1,3 +1,4 @@
+// Columns, cells and marks of lists. See listview_win.h.
 #include "ui/listview_win.h"
 
 #include "core/strings_win.h"
