@@ -20,16 +20,20 @@ std::string CurrentEntry(const Playlist& list) {
 
 std::string MediaCaption(const Playlist& list, int playing,
                          int (*Fits)(void* context, const std::string& text), void* context) {
-    const std::string entry = CurrentEntry(list), between = " :: ";
+    const std::string entry = CurrentEntry(list);
     if (entry.empty()) return "No File Loaded";
     if (!playing || list.name.empty()) {
         const std::string path = playing || list.name.empty() ? entry : list.name;
         return Fits(context, path) ? path : FileTitle(path);
     }
-    const std::string title = FileTitle(list.name);
-    for (const std::string& text : {list.name + between + entry, title + between + entry})
-        if (Fits(context, text)) return text;
-    return title + between + FileTitle(entry);
+    std::string caption = list.name;
+    caption.append(" :: ").append(entry);
+    if (Fits(context, caption)) return caption;
+    caption = FileTitle(list.name).append(" :: ");
+    const size_t title = caption.size();
+    caption.append(entry);
+    if (Fits(context, caption)) return caption;
+    return caption.replace(title, std::string::npos, FileTitle(entry));
 }
 
 void MediaTimeText(char* text, size_t size, int position, int duration) {
