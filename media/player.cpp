@@ -76,8 +76,9 @@ static int RandomEntry(int count, uint32_t number) {
 
 int EntryAfterEnd(const Playlist& list, int repeat, int random, uint32_t number) {
     const int count = static_cast<int>(list.entries.size());
-    const int last = list.position + size_t{1} >= list.entries.size();
-    if (!count || (last && !repeat)) return -1;
+    if (!count) return -1;
+    const int last = list.position >= list.entries.size() - 1;
+    if (last && !repeat) return -1;
     if (random) return RandomEntry(count, number);
     return last ? 0 : static_cast<int>(list.position) + 1;
 }
