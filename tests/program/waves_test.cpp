@@ -6,6 +6,7 @@
 #include "waves/engine_win.h"
 
 #include <algorithm>
+#include <cstdio>
 #include <cstring>
 #include <memory>
 
@@ -46,11 +47,22 @@ protected:
         const auto hertz = [&](int band) {
             return double(format.rate) / points * EvenBinOfBand(format, points, band);
         };
-        tones.Play(hertz(left), hertz(right));
-        return WaitUntil([&] {
-            return LoudestBand(peer->block->BandsLeft) == left &&
-                   LoudestBand(peer->block->BandsRight) == right;
-        });
+        // A stream of the player's that the sound server has dropped is made anew; an engine that
+        // does not hear stays deaf.
+        for (int attempt = 0; attempt < 3; ++attempt) {
+            if (attempt) tones = std::make_unique<TonePlayer>();
+            tones->Play(hertz(left), hertz(right));
+            if (WaitUntil([&] {
+                    return LoudestBand(peer->block->BandsLeft) == left &&
+                           LoudestBand(peer->block->BandsRight) == right;
+                }))
+                return true;
+            std::printf("attempt %d: bands %d and %d, last sound %lu ms ago\n", attempt,
+                        static_cast<int>(LoudestBand(peer->block->BandsLeft)),
+                        static_cast<int>(LoudestBand(peer->block->BandsRight)),
+                        static_cast<unsigned long>(GetTickCount() - peer->block->SoundTick));
+        }
+        return false;
     }
     bool Hears(bool sound) const {
         return WaitUntil([&] {
@@ -58,7 +70,7 @@ protected:
             return WaitUntil([&] { return peer->block->SoundTick != tick; }, 300) == sound;
         });
     }
-    TonePlayer tones;
+    std::unique_ptr<TonePlayer> tones = std::make_unique<TonePlayer>();
     std::unique_ptr<SharedPeer> peer;
 };
 } // namespace
