@@ -74,13 +74,7 @@ static int TextWidth(HDC dc, const char* text) {
 
 // Calls use(dc) with the face at that height selected.
 template <typename Use> static void WithFont(PlayerFont font, int height, const Use& use) {
-    const HDC dc = CreateCompatibleDC(nullptr);
-    const HFONT made = CreateLabelFont(kDefaultFace, height, WeightOf(font, height));
-    const HGDIOBJ before = SelectObject(dc, made);
-    use(dc);
-    SelectObject(dc, before);
-    DeleteObject(made);
-    DeleteDC(dc);
+    WithLabelFont(height, WeightOf(font, height), use);
 }
 
 static void MeasureTexts(PlayerWindow* player) {

@@ -98,13 +98,7 @@ static int MeasureText(const char* text, int length, void* dc) {
 
 // Calls use(dc) with the face at that height selected.
 template <typename Use> static void WithFont(MixerFont font, int height, const Use& use) {
-    const HDC dc = CreateCompatibleDC(nullptr);
-    const HFONT made = CreateLabelFont(kDefaultFace, height, WeightOf(font, height));
-    const HGDIOBJ before = SelectObject(dc, made);
-    use(dc);
-    SelectObject(dc, before);
-    DeleteObject(made);
-    DeleteDC(dc);
+    WithLabelFont(height, WeightOf(font, height), use);
 }
 
 static void MeasureTexts(MixerWindow* mixer) {

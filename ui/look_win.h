@@ -31,6 +31,16 @@ void GiveFont(CachedFont* cached, const char* face, int height, int weight, cons
               int count);
 void FreeFont(CachedFont* cached);
 HFONT CreateLabelFont(const char* face, int height, int weight);
+// For measuring letters: calls use(dc) with such a font of the default face selected.
+template <typename Use> void WithLabelFont(int height, int weight, const Use& use) {
+    const HDC dc = CreateCompatibleDC(nullptr);
+    const HFONT made = CreateLabelFont(kDefaultFace, height, weight);
+    const HGDIOBJ before = SelectObject(dc, made);
+    use(dc);
+    SelectObject(dc, before);
+    DeleteObject(made);
+    DeleteDC(dc);
+}
 
 // A toggle button's look: label in BtnLtClr when on, BtnDrkClr when off, on BtnFaceClr, BtnActClr
 // under the pointer. Repaints only on change.
