@@ -32,12 +32,12 @@ if(TONVISTA_FUZZ)
 endif()
 
 # The rooms of the program, the lowest last.
-set(TONVISTA_ROOMS media cd cdinfo waves mixer ui core)
+set(TONVISTA_ROOMS media archive cd cdinfo waves mixer ui core)
 # Those that are DLLs of their own: folder, target and file name.
 set(TONVISTA_DLL_ROOMS discdrive extractor)
 
 set(TONVISTA_SYSTEM_LIBS user32 gdi32 advapi32 comctl32 comdlg32 shell32 ole32 oleaut32 strmiids uuid
-    winmm)
+    winmm shlwapi winspool)
 
 function(tonvista_split_sources folder logic_out win_out)
   file(GLOB all CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/${folder}/*.cpp)

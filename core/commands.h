@@ -3,6 +3,12 @@
 // other programs post them.
 #pragma once
 
+// ---- what every component window's menu offers besides its own; passed on to the console
+enum LayoutCommand {
+    kLayoutFirst = 200, // + n: apply layout n, 0 to 5
+    kLayoutLast = 205
+};
+
 // ---- what every component window knows or sends to its owner, the console
 enum CommonCommand {
     kNotifyCdEngine = 2020,    // from the CD engine: its state changed, read it again
@@ -18,6 +24,7 @@ enum CommonCommand {
     kForwardKey = 3150,        // high word: sender's id, lParam: virtual key
     kLookChanged = 3132,       // from the console: lay out again (3D look)
     kFontChanged = 3133,       // from the console: make fonts anew
+    kColorsChanged = 3135,     // from the console: colours or bitmaps are others, paint anew
     kFormatChanged = 3131      // lParam 0: the sound's format changed, read it again
 };
 
@@ -28,9 +35,13 @@ enum ConsoleCommand {
     kConsoleCdPlayer = 702,
     kConsoleSpectrum = 703,
     kConsoleMixer = 704,
+    kConsoleCdIcon = 706,
     kConsoleVolumeIcon = 707,
+    kConsoleDatabase = 708,
     kConsoleScope = 709,
     kConsoleMedia = 712,
+    kConsoleLayouts = 715,
+    kConsoleHelp = 716,
     kConsoleCdEngine = 719,
     kConsoleWavesEngine = 720,
     kConsoleMixerEngine = 722,
@@ -41,10 +52,15 @@ enum ConsoleCommand {
     kConsoleConfigureCd = 744,
     kConsoleConfigureMixer = 745,
     kConsoleTaskbarOnly = 746,
+    kConsoleColors = 747,
     kConsolePreventSaver = 748,
     kConsoleLargeFont = 749,
+    kConsoleFont = 750,
     kConsoleLockMovement = 751,
     kConsoleLockWindows = 752,
+    kConsoleHotkeys = 754,
+    kConsoleCdIconOption = 770, // + bit of "CDIconShowOptions", 0 to 4
+    kConsoleFirstHotkey = 780,  // ids of WM_HOTKEY, 780 to 789
     kConsoleIconCallback = 798
 };
 
@@ -71,6 +87,9 @@ enum CdPlayerCommand {
     kPlayerDriveFirst = 900, // + k: use drive letter 'A' + k
     kPlayerConfigure = 750
 };
+
+// ---- buttons of the media player window that others press, too (ids of its controls)
+enum MediaPlayerCommand { kMediaPlay = 707, kMediaPause = 710, kMediaStop = 711 };
 
 // ---- the Waves engine's commands, for its hidden window
 enum WavesEngineCommand {

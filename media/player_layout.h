@@ -5,6 +5,7 @@
 // buttons below, in as many columns as can be read. What has no room for legible letters is left
 // out, the transport last: the context menu has everything.
 #pragma once
+#include "core/commands.h"
 #include "ui/geometry.h"
 
 // The controls' ids are the commands that they send.
@@ -15,11 +16,8 @@ enum MediaControl {
     kMediaRandom = 704,
     kMediaPower = 705,
     kMediaName = 706,
-    kMediaPlay = 707,
     kMediaPrevious = 708,
     kMediaNext = 709,
-    kMediaPause = 710,
-    kMediaStop = 711,
     kMediaSeek = 712, // the slider; as a command: to where it stands
     kMediaOpen = 713,
     kMediaSave = 714,

@@ -23,6 +23,13 @@ struct ComponentEntry {
     // command of the component's own (core/commands.h) and returns 0 when it is off.
     void (*Configure)(HWND owner) = nullptr;
     int (*PostCommand)(UINT command, LPARAM argument) = nullptr;
+
+    // A submenu of its own at the head of the console's context menu, when the click was on its
+    // button; all null where there is none. OnProperty gets every console command that nobody else
+    // takes and answers 1 for its own.
+    UINT propertiesText = 0;
+    void (*FillProperties)(HMENU menu) = nullptr;
+    int (*OnProperty)(UINT command) = nullptr;
 };
 
 // The mixer as the console knows it. Null while a build has none, and 0 all over while its engine

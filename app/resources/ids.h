@@ -222,8 +222,8 @@
 #define IDS_MIXER_MESSAGES 940 // + index of the destination; 8 for any other
 #define IDS_MIXER_MENU_CONFIGURE 950
 
-// ---- media player: strings 1048-1199; dialogs 449 (file types, fixed), 472 playlist editor, 473
-// history, 474 progress, 475 "MediaPlayer Required!"
+// ---- media player: strings 1048-1139 and 1190-1199; dialogs 449 (file types, fixed), 472 playlist
+// editor, 473 history, 474 progress, 475 "MediaPlayer Required!"
 #define IDD_FILE_TYPES 449 // (fixed)
 #define IDD_PLAYLIST 472
 #define IDD_HISTORY 473
@@ -290,10 +290,10 @@
 #define IDS_MEDIA_MENU_TOUCH_FILES 1092
 #define IDS_MEDIA_MENU_POWER 1093
 #define IDS_MEDIA_UNKNOWN_TYPE 1094
-// file types and the box: 1180-1199
-#define IDS_CHOOSE_ICON 1180 // + row of the file types dialog
-#define IDS_VENDOR_PAGE 1184
-#define IDS_ICON_FILTER 1185 // pairs of text and pattern, "|" for the NULs
+// file types and the box: controls 1180-1199, strings 1190-1199
+#define IDS_CHOOSE_ICON 1190 // + row of the file types dialog
+#define IDS_VENDOR_PAGE 1194
+#define IDS_ICON_FILTER 1195 // pairs of text and pattern, "|" for the NULs
 #define IDC_TYPE_TICK 1186   // + row
 #define IDC_TYPE_ICON 1189   // + row
 #define IDC_TYPE_CHOOSE 1192 // + row
@@ -301,3 +301,33 @@
 #define IDC_ICON_FILE 1197
 #define IDC_ICON_LIST 1198
 #define IDC_ICON_BROWSE 1199
+
+// ---- layouts: strings 1140-1152 and menus 1154-1159
+// ---- hotkeys: string 1153 (fixed), further ones 1160-1167; dialog 443 (fixed)
+#define IDD_HOTKEYS 443          // (fixed)
+#define IDS_HOTKEYS_CAPTION 1153 // (fixed)
+
+// ---- appearance: strings 1340-1399; dialogs 441 colours, 442 font; bitmaps 463, 464 (fixed)
+#define IDD_COLORS 441
+#define IDD_FONT 442
+#define IDB_BACKGROUND 463  // (fixed)
+#define IDB_BUTTON_FACE 464 // (fixed)
+
+// ---- cd icon: strings 520-544; cd engine configuration: strings 482-499, dialog 444
+#define IDD_CD_CONFIG 444
+
+// ---- installation and help: strings 400-439; dialogs 445 install, 446 uninstall
+
+// ---- database manager: strings 1168-1181 labels, 1200-1213 tooltips, 1232-1243 captions (all
+// fixed), further ones 1214-1231 and 1244-1259
+#define IDS_DATABASE_LABELS 1168       // + place of the control (fixed)
+#define IDS_DATABASE_TIPS 1200         // + the same (fixed)
+#define IDS_DATABASE_VIEWS 1232        // + CatalogView (fixed)
+#define IDS_DATABASE_SORTS 1235        // + SortKey; the track number stands apart (fixed)
+#define IDS_DATABASE_SELECTED 1240     // (fixed)
+#define IDS_DATABASE_EDIT_FAILED 1241  // (fixed)
+#define IDS_DATABASE_EDIT_CAPTION 1242 // (fixed)
+#define IDS_DATABASE_SORT_NUMBER 1243  // (fixed)
+
+// ---- import, export, migration: strings 1260-1299; dialogs 480-483
+// ---- printing: strings 1300-1339; dialogs 484-487

@@ -12,7 +12,7 @@ import rooms
 # Libraries that every Windows has. Anything else in the import table would have to be shipped.
 WINDOWS_DLLS = {
     "kernel32", "user32", "gdi32", "advapi32", "comctl32", "comdlg32", "shell32", "shlwapi",
-    "ole32", "oleaut32", "winmm", "version", "msvcrt", "uuid", "quartz", "msacm32",
+    "ole32", "oleaut32", "winmm", "winspool", "version", "msvcrt", "uuid", "quartz", "msacm32",
 }
 BUILT = ["build/win32/tonvista.exe", "build/win32/TONVDisc.dll", "build/win32/TONVExtr.dll"]
 OBJDUMP = "i686-w64-mingw32-objdump"

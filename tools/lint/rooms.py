@@ -9,16 +9,17 @@ ALLOWED = {
     "core": {"resources"},
     "ui": {"core", "resources"},
     "cdinfo": {"core", "ui", "resources"},
+    "archive": {"core", "ui", "cdinfo", "discdrive", "resources"},
     "cd": {"core", "ui", "cdinfo", "resources"},
     "waves": {"core", "ui", "resources"},
     "mixer": {"core", "ui", "resources"},
     "media": {"core", "ui", "waves", "resources"},
     "discdrive": {"core"},
     "extractor": {"core", "waves"},
-    "app": {"core", "ui", "cdinfo", "cd", "waves", "mixer", "media", "discdrive",
+    "app": {"core", "ui", "cdinfo", "archive", "cd", "waves", "mixer", "media", "discdrive",
             "extractor", "resources"},
 }
-TRADES = {"cd", "cdinfo", "waves", "mixer", "media"}
+TRADES = {"cd", "cdinfo", "archive", "waves", "mixer", "media"}
 
 # The one door through which <windows.h> enters.
 PLATFORM_HEADER = "core/platform.h"
