@@ -1,4 +1,5 @@
 // The component table: one row for each component. Table order is the order of buttons and menus.
+#include "app/help_win.h"
 #include "app/table_win.h"
 #include "cd/engine_win.h"
 #include "cd/player_win.h"
@@ -155,6 +156,6 @@ const ComponentTable* Components() {
     static const VolumeControl s_volume = {GetMasterVolume, MixerMasterVolume, ToggleMute,
                                            RegisterMixerWindow};
     static const ComponentTable s_table = {s_rows, static_cast<int>(sizeof s_rows / sizeof *s_rows),
-                                           &s_volume};
+                                           &s_volume, ShowHelp};
     return &s_table;
 }

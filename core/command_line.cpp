@@ -35,6 +35,8 @@ static int TakeFlag(const char* word, StartRequest* request) {
         request->InstallRequested = 1;
     else if (IsSwitch(word, "installui"))
         request->InstallRequested = request->InstallUIRequested = 1;
+    else if (IsSwitch(word, "uninstall"))
+        request->UninstallRequested = 1;
     else if (IsSwitch(word, "nodefcd"))
         request->ClaimDefaultCDPlayer = 0;
     else if (IsSwitch(word, "nodefmed"))

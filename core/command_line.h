@@ -10,6 +10,7 @@ struct StartRequest {
     char TargetPath[260];
     uint32_t InstallRequested;
     uint32_t InstallUIRequested;
+    uint32_t UninstallRequested;
     uint32_t RegisterShellRequested;
     uint32_t ClaimDefaultCDPlayer;    // 1 unless "/nodefcd"
     uint32_t ClaimDefaultMediaPlayer; // 1 unless "/nodefmed"

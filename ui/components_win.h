@@ -45,6 +45,7 @@ struct VolumeControl {
 // order of buttons and menu entries.
 struct ComponentTable {
     const ComponentEntry* entries;
-    int count;                   // at most kMaxComponents
-    const VolumeControl* volume; // may be null
+    int count;                    // at most kMaxComponents
+    const VolumeControl* volume;  // may be null
+    void (*ShowHelp)(HWND owner); // may be null
 };

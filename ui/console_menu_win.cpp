@@ -48,6 +48,8 @@ void ShowIconMenu() {
     AppendSubmenu(menu, RowsMenu(1), IDS_MENU_ENGINES);
     AppendMenuSeparator(menu);
     AppendSubmenu(menu, RowsMenu(0), IDS_MENU_COMPONENTS);
+    AppendMenuSeparator(menu);
+    AppendMenuEntry(menu, kConsoleHelp, IDS_MENU_HELP);
     ShowMenuAtCursor(menu, s_console.window);
 }
 

@@ -169,6 +169,9 @@ static LRESULT OnCommand(WPARAM wParam, LPARAM lParam) {
     case kConsoleLockMovement: ToggleLock(&UIOptions.LockMovement, "LockMovement"); break;
     case kConsoleLockWindows: ToggleLock(&UIOptions.LockWindows, "LockWindows"); break;
     case kConsoleIconCallback: OnIconCallback(lParam); break;
+    case kConsoleHelp:
+        if (s_console.start.table->ShowHelp) s_console.start.table->ShowHelp(s_console.window);
+        break;
     case kComponentClosed: OnComponentClosed(lParam); break;
     case kNotifyMixer: RefreshVolumeBar(); break;
     case kWheelStep:

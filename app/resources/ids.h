@@ -317,6 +317,9 @@
 #define IDD_CD_CONFIG 444
 
 // ---- installation and help: strings 400-439; dialogs 445 install, 446 uninstall
+#define IDS_MENU_HELP 400
+#define IDS_HELP_FAILED 401
+#define IDS_HELP_CAPTION 402
 
 // ---- database manager: strings 1168-1181 labels, 1200-1213 tooltips, 1232-1243 captions (all
 // fixed), further ones 1214-1231 and 1244-1259
