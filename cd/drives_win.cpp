@@ -39,13 +39,18 @@ int IsCdDrive(char wanted) {
     return letter && (SystemSaysCd(letter) || letter == DiscImageDrive());
 }
 
-uint32_t CdDriveMask() {
+uint32_t RealCdDriveMask() {
     const DWORD drives = GetLogicalDrives();
     uint32_t mask = 0;
     for (char letter = 'A'; letter <= 'Z'; ++letter) {
         const uint32_t bit = 1u << (letter - 'A');
         if ((drives & bit) && SystemSaysCd(letter)) mask |= bit;
     }
+    return mask;
+}
+
+uint32_t CdDriveMask() {
+    const uint32_t mask = RealCdDriveMask();
     const char served = DiscImageDrive();
     return served ? mask | 1u << (served - 'A') : mask;
 }

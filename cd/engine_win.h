@@ -85,7 +85,8 @@ int UnregisterCdWindow(HWND window);
 // is the machine's CD-audio driver. These ask the system and the registry: for menus and dialogs,
 // not for paints.
 int IsCdDrive(char letter);
-uint32_t CdDriveMask(); // bit 0 is A
+uint32_t CdDriveMask();     // bit 0 is A
+uint32_t RealCdDriveMask(); // by the system's word alone
 // `wanted` if it is a CD drive, else the first one from A to Z, else 'D'.
 char ChooseCdDrive(char wanted);
 
@@ -106,5 +107,8 @@ void LoadCdSettings(CDEngineSettings* settings);
 // Writes all of them and makes the registration as the system's CD player follow UseAsDefault.
 int SaveCdSettings(const CDEngineSettings& settings);
 // At installation: defaults for what is not there yet. Without any CD drive a message (owned by
-// `owner`, may be null) says so and nothing is written. 1 when written.
-int SeedCdDefaults(HWND owner, int claimDefault);
+// `owner`, may be null) says so and nothing is written. 1 when written. `program` is the executable
+// to be registered, null: the one that runs.
+int SeedCdDefaults(HWND owner, int claimDefault, const char* program = nullptr);
+// Where that executable is the system's CD player, the one that was it before is it again.
+void GiveBackCdPlayer(const char* program);

@@ -1,6 +1,7 @@
 // The engine's settings in the registry, and the registration as the system's CD player. See
 // engine_win.h.
 #include "cd/engine_win.h"
+#include "core/classes.h"
 #include "core/settings.h"
 #include "core/strings_win.h"
 #include "core/text.h"
@@ -46,30 +47,33 @@ void LoadCdSettings(CDEngineSettings* settings) {
     settings->Drive = static_cast<uint8_t>(ChooseCdDrive(stored));
 }
 
-// The command in force names this program: by the name it was first sold under, or by this file.
-static int IsOurCommand(const char* command) {
-    char upper[kCommandMax], module[MAX_PATH] = "";
+// Names this program: by the name it was first sold under, or by its file.
+static int IsOurCommand(const char* command, const char* program) {
+    char upper[kCommandMax], file[MAX_PATH];
     CopyText(upper, command);
     UpperText(upper);
-    GetModuleFileNameA(nullptr, module, sizeof module - 1);
-    UpperText(module);
-    return std::strstr(upper, "TONVUE") || (*module && std::strstr(upper, module));
+    CopyText(file, program);
+    UpperText(file);
+    return std::strstr(upper, "TONVUE") || (*file && std::strstr(upper, file));
 }
 
-// Where the user may not write there, everything stays as it is.
-static void RegisterPlayer(uint32_t useAsDefault) {
-    char command[kCommandMax] = "";
-    const int known = ReadRegString(kClassesRoot, kPlayerKey, "", command, sizeof command);
-    if (useAsDefault) {
-        char module[MAX_PATH] = "", ours[kCommandMax] = "";
-        GetModuleFileNameA(nullptr, module, sizeof module - 1);
-        CopyText(ours, kModulePathMax, module);
-        AppendText(ours, sizeof ours, " /play %1");
-        if (!known || std::strcmp(command, ours))
-            WriteRegString(kClassesRoot, kPlayerKey, "", ours);
-    } else if (known && IsOurCommand(command)) {
-        WriteRegString(kClassesRoot, kPlayerKey, "", kSystemPlayer);
+// Where nothing may be written, everything stays as it is.
+static void RegisterPlayer(uint32_t useAsDefault, const char* program) {
+    char module[MAX_PATH] = "", ours[kCommandMax] = "";
+    GetModuleFileNameA(nullptr, module, sizeof module - 1);
+    if (!program) program = module;
+    const ClassOwner owner = {IsOurCommand, program};
+    if (!useAsDefault) {
+        ReplaceOwnClass(kPlayerKey, kSystemPlayer, owner);
+        return;
     }
+    CopyText(ours, kModulePathMax, program);
+    AppendText(ours, sizeof ours, " /play %1");
+    ClaimClass(kPlayerKey, ours, owner);
+}
+
+void GiveBackCdPlayer(const char* program) {
+    GiveBackClass(kPlayerKey, {IsOurCommand, program});
 }
 
 int SaveCdSettings(const CDEngineSettings& settings) {
@@ -77,11 +81,11 @@ int SaveCdSettings(const CDEngineSettings& settings) {
     for (const Setting& setting : kSettings)
         good &=
             WriteRegDword(kUserRoot, kCdSection, setting.name, kRegDword, settings.*setting.field);
-    RegisterPlayer(settings.UseAsDefault);
+    RegisterPlayer(settings.UseAsDefault, nullptr);
     return good;
 }
 
-int SeedCdDefaults(HWND owner, int claimDefault) {
+int SeedCdDefaults(HWND owner, int claimDefault, const char* program) {
     const char drive = ChooseCdDrive('C');
     if (!IsCdDrive(drive)) {
         char text[kStringMax], caption[kStringMax];
@@ -98,6 +102,6 @@ int SeedCdDefaults(HWND owner, int claimDefault) {
         if (claim || !RegValueExists(kUserRoot, kCdSection, setting.name))
             WriteRegDword(kUserRoot, kCdSection, setting.name, kRegDword, value);
     }
-    RegisterPlayer(claimDefault != 0);
+    RegisterPlayer(claimDefault != 0, program);
     return 1;
 }

@@ -26,6 +26,8 @@ int WriteRegString(RegRoot root, const char* path, const char* name, const char*
 uint32_t ReadRegDword(RegRoot root, const char* path, const char* name);
 int WriteRegDword(RegRoot root, const char* path, const char* name, RegType type, uint32_t value);
 int DeleteRegValue(RegRoot root, const char* path, const char* name);
+// 1 when the key had neither values nor subkeys and is gone.
+int DeleteEmptyRegKey(RegRoot root, const char* path);
 // Deletes a key with its subkeys, deepest first; 0, or the first registry error (1010 for an empty
 // path).
 uint32_t DeleteRegTree(RegRoot root, const char* path);

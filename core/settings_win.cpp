@@ -159,6 +159,18 @@ uint32_t DeleteRegTree(RegRoot root, const char* path) {
     return static_cast<uint32_t>(DeleteTree(RootKey(root), path));
 }
 
+int DeleteEmptyRegKey(RegRoot root, const char* path) {
+    DWORD keys = 1, values = 1;
+    {
+        ScopedKey key;
+        if (!OpenForReading(root, path, &key) ||
+            RegQueryInfoKeyA(key.key, nullptr, nullptr, nullptr, &keys, nullptr, nullptr, &values,
+                             nullptr, nullptr, nullptr, nullptr) != ERROR_SUCCESS)
+            return 0;
+    }
+    return !keys && !values && RegDeleteKeyA(RootKey(root), path) == ERROR_SUCCESS;
+}
+
 static void SectionPath(uint32_t windowId, char (&path)[64]) {
     FormatText(path, sizeof path, "%s\\UIWindow%u", kSettingsRoot, windowId);
 }

@@ -1,6 +1,8 @@
 // The file types dialog, and the box shown where the platform plays no media.
 #include "core/component_win.h"
+#include "core/extractor.h"
 #include "core/strings_win.h"
+#include "media/graph_win.h"
 #include "media/icon_dialog_win.h"
 #include "media/types_parts_win.h"
 #include "media/types_win.h"
@@ -78,7 +80,8 @@ static void StoreRow(int row) {
 static void OnOk() {
     for (int i = 0; i < kRowCount; ++i)
         StoreRow(i);
-    RegisterExtractor();
+    char extractor[MAX_PATH];
+    if (PathBesideProgram(kExtractorFile, extractor)) RegisterExtractor(extractor);
     RefreshMediaIcons();
     EndDialog(s_dialog.window, IDOK);
 }

@@ -9,4 +9,3 @@ void GiveUpMediaType(const char* extension);
 // The icon of our class; the program's own where none was chosen.
 void ReadMediaIcon(const char* extension, char (&file)[MAX_PATH], int* index);
 void StoreMediaIcon(const char* extension, const char* file, int index);
-int RegisterExtractor(); // as the DLL beside the program does it; 0 without one

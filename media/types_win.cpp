@@ -2,6 +2,7 @@
 // types_dialog_win.cpp. See types_win.h.
 #include "media/types_win.h"
 
+#include "core/classes.h"
 #include "core/extractor.h"
 #include "core/settings.h"
 #include "core/text.h"
@@ -13,37 +14,13 @@
 
 #include <cstring>
 
-constexpr const char* kUserClasses = "Software\\Classes\\";
 constexpr const char* kRecorderClass = "soundrec"; // the system's own for .wav
 constexpr const char* kTempFile = "TNV~Temp.xxx";
 
-// ---- default values below HKEY_CLASSES_ROOT; where only the user's own classes may be written,
-// those, which count before the machine's
-
-static void UserKey(const char* key, char (&path)[MAX_PATH]) {
-    FormatText(path, sizeof path, "%s%s", kUserClasses, key);
+static int IsOwn(const char* text, const char*) {
+    return IsOwnClass(text);
 }
-
-static void WriteClass(const char* key, const char* text) {
-    char user[MAX_PATH];
-    UserKey(key, user);
-    if (!WriteRegString(kClassesRoot, key, "", text)) WriteRegString(kUserRoot, user, "", text);
-}
-
-static void ReadClass(const char* key, char* text, uint32_t size) {
-    char user[MAX_PATH];
-    UserKey(key, user);
-    *text = 0;
-    if (!ReadRegString(kUserRoot, user, "", text, size))
-        ReadRegString(kClassesRoot, key, "", text, size);
-}
-
-// The user's class may be ours and the machine's another's.
-static void DeleteOwnClass(RegRoot root, const char* key) {
-    char current[MAX_PATH] = "";
-    ReadRegString(root, key, "", current, sizeof current);
-    if (IsOwnClass(current)) DeleteRegValue(root, key, "");
-}
+static const ClassOwner kOwner = {IsOwn, nullptr};
 
 static void ClassKey(const char* extension, const char* below, char (&key)[MAX_PATH]) {
     MediaClass(extension, key, sizeof key);
@@ -55,7 +32,7 @@ static void ClassKey(const char* extension, const char* below, char (&key)[MAX_P
 static void Associate(const char* extension, const char* commandLine) {
     char key[MAX_PATH], command[2 * MAX_PATH];
     ClassKey(extension, "", key);
-    WriteClass(extension, key);
+    ClaimClass(extension, key, kOwner);
     FormatText(command, sizeof command, "%s %%1", commandLine);
     ClassKey(extension, "\\shell\\Open\\command", key);
     WriteClass(key, command);
@@ -87,10 +64,16 @@ void GiveUpMediaType(const char* extension) {
         WriteClass(extension, kRecorderClass);
         return;
     }
-    char user[MAX_PATH];
-    UserKey(extension, user);
-    DeleteOwnClass(kUserRoot, user);
-    DeleteOwnClass(kClassesRoot, extension);
+    ReplaceOwnClass(extension, nullptr, kOwner);
+}
+
+void UnregisterMediaTypes() {
+    char key[MAX_PATH];
+    for (const char* extension : kMediaExtensions) {
+        GiveBackClass(extension, kOwner);
+        ClassKey(extension, "", key);
+        DeleteClass(key);
+    }
 }
 
 // ---- icons
@@ -140,14 +123,21 @@ void RefreshMediaIcons() {
 
 // ---- the extractor's registration
 
-int RegisterExtractor() {
-    char path[MAX_PATH];
-    const HMODULE module = PathBesideProgram(kExtractorFile, path) ? LoadLibraryA(path) : nullptr;
+static int CallServer(const char* path, const char* function) {
+    const HMODULE module = LoadLibraryA(path);
     if (!module) return 0;
     using Registration = HRESULT(STDAPICALLTYPE*)();
-    const auto Register = reinterpret_cast<Registration>(
-        reinterpret_cast<void*>(GetProcAddress(module, "DllRegisterServer")));
-    const int done = Register && SUCCEEDED(Register());
+    const auto Call =
+        reinterpret_cast<Registration>(reinterpret_cast<void*>(GetProcAddress(module, function)));
+    const int done = Call && SUCCEEDED(Call());
     FreeLibrary(module);
     return done;
+}
+
+int RegisterExtractor(const char* path) {
+    return CallServer(path, "DllRegisterServer");
+}
+
+int UnregisterExtractor(const char* path) {
+    return CallServer(path, "DllUnregisterServer");
 }
