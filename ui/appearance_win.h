@@ -1,11 +1,14 @@
 // Background and button-face bitmaps, and the dialogs in which colours, bitmaps and the label font
 // are chosen.
+//
+// What is in force is kept for the whole process and painted from there: no paint reads the
+// registry or a file. Colours and fonts themselves stand in look_win.h.
 #pragma once
 #include "core/platform.h"
+#include "ui/tiling.h"
 
 #include <cstdint>
 
-enum BitmapAlign { kAlignObject, kAlignParent, kAlignGroup, kAlignScreen };
 struct BitmapSettings {
     uint32_t UseBitmap;  // draw it instead of the plain colour
     uint32_t UseDefault; // the built-in one
@@ -14,17 +17,48 @@ struct BitmapSettings {
     char FileName[MAX_PATH];
 };
 
+// ---- what is stored. A missing value reads as 0, the name as empty.
 void ReadBackgroundSettings(BitmapSettings* settings);
 void ReadButtonFaceSettings(BitmapSettings* settings);
-// Without force only values that are not there yet. Both load the bitmap anew.
+// Without force only values that are not there yet. What then is stored comes into force, its
+// bitmap loaded anew. 1 when every write succeeded.
 int SaveBackgroundSettings(const BitmapSettings& settings, int force);
 int SaveButtonFaceSettings(const BitmapSettings& settings, int force);
+// Colours, bitmaps and font as an installation leaves them; never over what is there.
+void SeedAppearance();
 
-// What is in force now: no registry read, for paints of any window's thread. Draws over the
-// rectangle (client coordinates of `window`) and gives 1, or 0 when the plain colour is to be used.
+// ---- what is in force
+// Brings what is stored into force: before the first window is made.
+void LoadAppearance();
+// In force without being stored, for a preview. A bitmap that is loaded already is kept.
+void UseBackground(const BitmapSettings& settings);
+void UseButtonFace(const BitmapSettings& settings);
+// The bitmap in force, loaded by `settings` when none is: a section of 32 bits at its own size,
+// which belongs to the process. Null when not even the built-in one can be had. It stays until the
+// next change of settings; select it into no dc, all threads share it.
+HBITMAP GetBackgroundBitmap(const BitmapSettings& settings);
+HBITMAP GetButtonFaceBitmap(const BitmapSettings& settings);
+
+// ---- painting, by any window's thread
+// Stretched over `area` (client coordinates of `window`), or in tiles from its upper left corner by
+// alignment. Gives 1, or 0 when there is no bitmap and the plain colour is to be used. The bitmap
+// is the one in force, placed as `settings` say.
+int DrawBitmapBackground(HDC dc, const RECT& area, const BitmapSettings& settings, HWND window);
+// The same as the settings in force say; 0 also when they want no bitmap.
 int DrawBackground(HDC dc, const RECT& area, HWND window);
 int DrawButtonFace(HDC dc, const RECT& area, HWND button);
+// What the window around a control shows beneath it: for controls that look transparent. 0 where
+// that is the plain colour.
+int DrawBackgroundBeneath(HDC dc, HWND control);
 
-// Dialogs, modal to the console. 1 when something was changed.
+// ---- for the framework: windows whose picture depends on where they stand
+void NoteOpenWindow(HWND window, int isComponent);
+void NoteClosedWindow(HWND window); // also gives back what its thread holds for painting
+void NoteMovedWindow(HWND window);
+
+// ---- dialogs, modal to the console, which is told of changes by kColorsChanged and kFontChanged.
+// 1 when something was changed.
 int ShowColorsDialog(HWND console);
 int ShowFontDialog(HWND console);
+// The system's dialog for a bitmap file; path holds MAX_PATH characters. 1 when one was chosen.
+int PickBitmapFile(HWND owner, const char* title, char* path);

@@ -5,6 +5,7 @@
 #include "ui/button_win.h"
 
 #include "core/strings_win.h"
+#include "ui/appearance_win.h"
 #include "ui/control_win.h"
 #include "ui/paint_win.h"
 
@@ -229,7 +230,8 @@ static void OnPaint(HWND button) {
     const ButtonData& data = *Data(button);
     MemoryPaint paint;
     BeginMemoryPaint(button, &paint);
-    FillArea(paint.dc, paint.client, data.FaceColor);
+    if (!DrawButtonFace(paint.dc, paint.client, button))
+        FillArea(paint.dc, paint.client, data.FaceColor);
     const UINT edge = data.State & (kPressed | kChecked) ? EDGE_SUNKEN : EDGE_RAISED;
     DrawEdge(paint.dc, &paint.client, edge, BF_RECT);
     DrawContent(button, data, paint.dc, paint.client);

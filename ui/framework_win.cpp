@@ -9,6 +9,7 @@
 #include "core/component_win.h"
 #include "core/settings.h"
 #include "resources/ids.h"
+#include "ui/appearance_win.h"
 #include "ui/control_win.h"
 #include "ui/indicator_win.h"
 #include "ui/paint_win.h"
@@ -125,10 +126,12 @@ static LRESULT OnCreate(HWND window, const CREATESTRUCTA* create) {
     data->Owner = record->Owner ? record->Owner : window;
     data->brush = CreateSolidBrush(data->BkColor);
     SetWindowLongA(window, kIdOffset, static_cast<LONG>(data->WindowId));
+    NoteOpenWindow(window, !(create->dwExStyle & WS_EX_APPWINDOW));
     return 0;
 }
 
 static void OnDestroy(HWND window) {
+    NoteClosedWindow(window);
     if (Data(window)->brush) DeleteObject(Data(window)->brush);
     FreeControlData<WindowData>(window);
     DestroyChildWindows(window);
@@ -250,9 +253,10 @@ static void OnChar(HWND window, WPARAM character) {
 static void OnEraseBackground(HWND window, HDC dc) {
     RECT client;
     GetClientRect(window, &client);
-    RECT inner = client; // the edge's pixels are painted once, by the edge
-    InflateRect(&inner, -kEdge, -kEdge);
-    FillRect(dc, &inner, Data(window)->brush);
+    const int saved = SaveDC(dc); // the edge's pixels are painted once, by the edge
+    IntersectClipRect(dc, kEdge, kEdge, client.right - kEdge, client.bottom - kEdge);
+    if (!DrawBackground(dc, client, window)) FillRect(dc, &client, Data(window)->brush);
+    RestoreDC(dc, saved);
     DrawEdge(dc, &client, EDGE_RAISED, BF_RECT);
 }
 
@@ -265,6 +269,7 @@ static LRESULT OnWheel(HWND window, UINT message, WPARAM wParam, LPARAM lParam) 
 static LRESULT OnPlaced(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
     const LRESULT result = DefWindowProcA(window, message, wParam, lParam);
     if (Data(window)) SaveWindowPlacement(window);
+    if (Data(window) && message == WM_MOVE) NoteMovedWindow(window);
     return result;
 }
 

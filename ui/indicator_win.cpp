@@ -2,6 +2,7 @@
 #include "ui/indicator_win.h"
 
 #include "core/strings_win.h"
+#include "ui/appearance_win.h"
 #include "ui/control_win.h"
 #include "ui/framework_win.h"
 #include "ui/indicator.h"
@@ -85,7 +86,8 @@ static void OnPaint(HWND indicator) {
     const IndicatorData& data = *Data(indicator);
     MemoryPaint paint;
     BeginMemoryPaint(indicator, &paint);
-    FillArea(paint.dc, paint.client, BackgroundOf(data));
+    if (data.back != CLR_NONE || !DrawBackgroundBeneath(paint.dc, indicator))
+        FillArea(paint.dc, paint.client, BackgroundOf(data));
     if (data.progress.on) {
         RECT done = paint.client;
         done.right = ProgressWidth(data.progress, paint.client.right);

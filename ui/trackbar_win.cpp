@@ -2,6 +2,7 @@
 #include "ui/trackbar_win.h"
 
 #include "core/commands.h"
+#include "ui/appearance_win.h"
 #include "ui/control_win.h"
 #include "ui/paint_win.h"
 #include "ui/trackbar.h"
@@ -143,7 +144,8 @@ static void OnPaint(HWND bar) {
     MemoryPaint paint;
     BeginMemoryPaint(bar, &paint);
     const RECT& client = paint.client;
-    PatBlt(paint.dc, 0, 0, client.right, client.bottom, BLACKNESS);
+    if (!DrawBackground(paint.dc, client, bar))
+        PatBlt(paint.dc, 0, 0, client.right, client.bottom, BLACKNESS);
     RECT channel;
     if (data.model.vertical)
         channel = {client.right / 2 - kChannelHalf, kChannelEnd, client.right / 2 + kChannelHalf,
