@@ -36,7 +36,6 @@ static HWND MakeControl(int row) {
     if (IsLamp(row)) {
         control = CreateTNVIndicator(entry.label, WS_VISIBLE, 0, 0, 0, 0, s_console.window,
                                      entry.traits.command, instance);
-        SetIndicatorBack(control, StripColor());
         AddIndicatorToolTip(s_console.tooltips, s_console.window, control, entry.tip);
     } else {
         control = CreateTNVButtonFromString(entry.label, WS_VISIBLE, 0, 0, 0, 0, s_console.window,
@@ -49,7 +48,6 @@ static HWND MakeControl(int row) {
 static HWND MakeSystemButton(UINT label, UINT tip, UINT id) {
     HWND button = CreateTNVButtonFromString(label, WS_VISIBLE, 0, 0, 0, 0, s_console.window, id,
                                             s_console.start.instance);
-    SetButtonOn(button, 0);
     AddToolTipFromString(s_console.tooltips, s_console.window, button, tip);
     return button;
 }
@@ -59,13 +57,10 @@ int CreateConsoleControls() {
     s_console.tooltips = CreateToolTips(s_console.window);
     s_console.brand = CreateTNVIndicator(IDS_CONSOLE_BRAND, WS_VISIBLE, 0, 0, 0, 0,
                                          s_console.window, kBrandId, instance);
-    SetIndicatorColor(s_console.brand, Colors.BtnActClr);
-    SetIndicatorBack(s_console.brand, StripColor());
     int made = 1;
     for (int row = 0; row < RowCount(); ++row) {
         s_console.controls[row] = MakeControl(row);
         made = made && s_console.controls[row];
-        ShowRowState(row);
     }
     s_console.minimize =
         MakeSystemButton(IDS_CONSOLE_MINIMIZE, IDS_CONSOLE_MINIMIZE_TIP, kConsoleMinimizeAll);
@@ -75,7 +70,7 @@ int CreateConsoleControls() {
     SetTrackBarRange(s_console.volume, 0, kLevelMax, 0);
     AddToolTipFromString(s_console.tooltips, s_console.window, s_console.volume,
                          IDS_CONSOLE_VOLUME_TIP);
-    RefreshVolumeBar();
+    ShowConsoleColors();
     return made && s_console.minimize && s_console.close && s_console.volume;
 }
 
@@ -96,6 +91,18 @@ void SetRowLook(int row, int on) {
 
 void ShowRowState(int row) {
     SetRowLook(row, RowIsOn(row));
+}
+
+void ShowConsoleColors() {
+    SetIndicatorColor(s_console.brand, Colors.BtnActClr);
+    SetIndicatorBack(s_console.brand, StripColor());
+    for (int row = 0; row < RowCount(); ++row) {
+        if (IsLamp(row)) SetIndicatorBack(s_console.controls[row], StripColor());
+        ShowRowState(row);
+    }
+    SetButtonOn(s_console.minimize, 0);
+    SetButtonOn(s_console.close, 0);
+    RefreshVolumeBar();
 }
 
 static int VolumeIsUsable() {

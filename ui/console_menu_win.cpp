@@ -14,6 +14,20 @@ static void AddEngineItems(HMENU menu, int row) {
     AppendMenuSeparator(menu);
 }
 
+// The submenu of the component whose button was clicked.
+static void AddProperties(HMENU menu, POINT screen) {
+    for (int row = 0; row < RowCount(); ++row) {
+        const ComponentEntry& entry = Row(row);
+        RECT button = {};
+        if (!entry.FillProperties || !GetWindowRect(s_console.controls[row], &button)) continue;
+        const HMENU properties = PtInRect(&button, screen) ? CreatePopupMenu() : nullptr;
+        if (!properties) continue;
+        entry.FillProperties(properties);
+        AppendSubmenu(menu, properties, entry.propertiesText);
+        AppendMenuSeparator(menu);
+    }
+}
+
 void ShowContextMenu(POINT screen) {
     HMENU menu = CreatePopupMenu();
     if (!menu) return;
@@ -21,6 +35,7 @@ void ShowContextMenu(POINT screen) {
     ScreenToClient(s_console.window, &client);
     const int lamp = LampAt(client);
     if (lamp >= 0) AddEngineItems(menu, lamp);
+    AddProperties(menu, screen);
     AppendMenuEntry(menu, kConsoleAlwaysOnTop, IDS_MENU_ALWAYS_ON_TOP, s_console.AlwaysOnTop);
     AppendMenuEntry(menu, kConsoleTaskbarIcon, IDS_MENU_TASKBAR_ICON, s_console.TaskBarIcon);
     AppendMenuEntry(menu, kConsole3dLook, IDS_MENU_3D_LOOK, UIOptions.Use3dLook);
@@ -28,6 +43,11 @@ void ShowContextMenu(POINT screen) {
     AppendMenuEntry(menu, kConsoleLockWindows, IDS_MENU_LOCK_WINDOWS, UIOptions.LockWindows);
     AppendMenuEntry(menu, kConsoleLargeFont, IDS_MENU_LARGE_FONT, UIOptions.DoubleFontSize);
     AppendMenuEntry(menu, kConsolePreventSaver, IDS_MENU_PREVENT_SAVER, UIOptions.PreventSS);
+    AppendMenuSeparator(menu);
+    AppendMenuEntry(menu, kConsoleColors, IDS_MENU_COLORS);
+    AppendMenuEntry(menu, kConsoleFont, IDS_MENU_FONT);
+    AppendMenuSeparator(menu);
+    AppendMenuEntry(menu, kConsoleHotkeys, IDS_MENU_HOTKEYS);
     ShowMenu(menu, s_console.window, screen, TPM_CENTERALIGN | TPM_VCENTERALIGN);
 }
 

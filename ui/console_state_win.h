@@ -55,9 +55,13 @@ void StopAllComponents();
 // Posts a command to an engine (by its console command); 0 when it is off or not there.
 int PostEngineCommand(int engineCommand, UINT command, LPARAM argument);
 
+// ---- console_hotkeys_win.cpp
+void OnHotkey(WPARAM id); // WM_HOTKEY: what that hotkey does
+
 // ---- console_controls_win.cpp: what is seen
 int CreateConsoleControls();
 void LayOutControls();
+void ShowConsoleColors(); // all controls in the colours in force
 void PaintConsole(HDC dc);
 void SetRowLook(int row, int on);
 void ShowRowState(int row); // button or lamp in the colours of the component's state

@@ -5,8 +5,10 @@
 #include "core/settings.h"
 #include "core/shared_block.h"
 #include "resources/ids.h"
+#include "ui/appearance_win.h"
 #include "ui/console_state_win.h"
 #include "ui/framework_win.h"
+#include "ui/hotkeys_win.h"
 #include "ui/menu_win.h"
 #include "ui/window_thread_win.h"
 
@@ -95,11 +97,21 @@ static void Toggle3dLook() {
     SaveOption("Use3dLook", UIOptions.Use3dLook);
 }
 
+static void RebuildFonts() {
+    LayOutControls();
+    PostToWindows(kFontChanged);
+}
+
 static void ToggleLargeFont() {
     UIOptions.DoubleFontSize = !UIOptions.DoubleFontSize;
     SaveOption("DoubleFontSize", UIOptions.DoubleFontSize);
-    LayOutControls();
-    PostToWindows(kFontChanged);
+    RebuildFonts();
+}
+
+static void ShowNewColors() {
+    SetWindowBkColor(s_console.window, Colors.CmpntBkClr);
+    ShowConsoleColors();
+    PostToWindows(kColorsChanged);
 }
 
 static void TogglePreventSaver() {
@@ -125,7 +137,7 @@ static void OnComponentClosed(LPARAM windowId) {
     if (row >= 0) NoticeEnded(row);
 }
 
-// Commands of the table: a component's toggle, an engine's dialog. 1 when it was one.
+// Commands of the table: a component's toggle, its properties, an engine's dialog. 1 when it was one.
 static int OnTableCommand(int command) {
     const int row = RowByCommand(command);
     if (row >= 0) {
@@ -133,6 +145,7 @@ static int OnTableCommand(int command) {
         return 1;
     }
     for (int i = 0; i < RowCount(); ++i) {
+        if (Row(i).OnProperty && Row(i).OnProperty(static_cast<UINT>(command))) return 1;
         if (Row(i).configureCommand != static_cast<UINT>(command) || !Row(i).Configure) continue;
         Row(i).Configure(s_console.window);
         return 1;
@@ -166,8 +179,13 @@ static LRESULT OnCommand(WPARAM wParam, LPARAM lParam) {
     case kConsoleTaskbarOnly: ToggleTaskBarOnly(); break;
     case kConsolePreventSaver: TogglePreventSaver(); break;
     case kConsoleLargeFont: ToggleLargeFont(); break;
+    case kConsoleColors: ShowColorsDialog(s_console.window); break;
+    case kConsoleFont: ShowFontDialog(s_console.window); break;
+    case kColorsChanged: ShowNewColors(); break;
+    case kFontChanged: RebuildFonts(); break;
     case kConsoleLockMovement: ToggleLock(&UIOptions.LockMovement, "LockMovement"); break;
     case kConsoleLockWindows: ToggleLock(&UIOptions.LockWindows, "LockWindows"); break;
+    case kConsoleHotkeys: ShowHotkeysDialog(s_console.window); break;
     case kConsoleIconCallback: OnIconCallback(lParam); break;
     case kConsoleHelp:
         if (s_console.start.table->ShowHelp) s_console.start.table->ShowHelp(s_console.window);
@@ -291,6 +309,7 @@ static LRESULT CALLBACK ConsoleProc(HWND window, UINT message, WPARAM wParam, LP
     case WM_ENDSESSION:
         if (wParam) OnClose(message);
         return 0;
+    case WM_HOTKEY: OnHotkey(wParam); return 0;
     case WM_LBUTTONDBLCLK:
         if (OnDoubleClick(lParam)) return 0;
         break;
@@ -367,6 +386,7 @@ HWND CreateConsole(const ConsoleStart& start) {
     s_console.start = start;
     InitCommonControls();
     ReadOptions();
+    LoadAppearance();
     if (!MakeWindow()) return nullptr;
     ShowConsole();
     RestoreComponents();
@@ -377,6 +397,7 @@ HWND CreateConsole(const ConsoleStart& start) {
         s_console.AlwaysOnTop = 0;
         PostMessageA(s_console.window, WM_COMMAND, kConsoleAlwaysOnTop, 0);
     }
+    RegisterAllHotkeys(s_console.window);
     LoadIconLibrary();
     return s_console.window;
 }

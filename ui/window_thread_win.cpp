@@ -79,7 +79,10 @@ LRESULT PassOnMessage(ComponentWindow* component, HWND window, UINT message, WPA
     switch (message) {
     case WM_SIZE: LayOut(*component, window); break;
     case WM_COMMAND:
-        if (LOWORD(wParam) == kLookChanged || LOWORD(wParam) == kFontChanged) {
+        if (LOWORD(wParam) == kColorsChanged) {
+            SetWindowBkColor(window, Colors.CmpntBkClr); // components take panels' shades from it
+            LayOut(*component, window);
+        } else if (LOWORD(wParam) == kLookChanged || LOWORD(wParam) == kFontChanged) {
             LayOut(*component, window);
             RedrawWindow(window, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
         }

@@ -306,20 +306,123 @@
 // ---- hotkeys: string 1153 (fixed), further ones 1160-1167; dialog 443 (fixed)
 #define IDD_HOTKEYS 443          // (fixed)
 #define IDS_HOTKEYS_CAPTION 1153 // (fixed)
+#define IDS_HOTKEY_REFUSED 1160
+#define IDS_HOTKEY_PROMPT 1161
+#define IDS_MENU_HOTKEYS 1162
+// Controls of a hotkey: in the order of storage, first its check box, its text, its button.
+#define IDC_HOTKEY_PLAY 808             // (fixed)
+#define IDC_HOTKEY_PLAY_TEXT 813        // (fixed)
+#define IDC_HOTKEY_PLAY_SET 818         // (fixed)
+#define IDC_HOTKEY_FORWARD 809          // (fixed)
+#define IDC_HOTKEY_FORWARD_TEXT 814     // (fixed)
+#define IDC_HOTKEY_FORWARD_SET 819      // (fixed)
+#define IDC_HOTKEY_BACK 810             // (fixed)
+#define IDC_HOTKEY_BACK_TEXT 815        // (fixed)
+#define IDC_HOTKEY_BACK_SET 820         // (fixed)
+#define IDC_HOTKEY_STOP 811             // (fixed)
+#define IDC_HOTKEY_STOP_TEXT 816        // (fixed)
+#define IDC_HOTKEY_STOP_SET 821         // (fixed)
+#define IDC_HOTKEY_PAUSE 812            // (fixed)
+#define IDC_HOTKEY_PAUSE_TEXT 817       // (fixed)
+#define IDC_HOTKEY_PAUSE_SET 822        // (fixed)
+#define IDC_HOTKEY_EJECT 823            // (fixed)
+#define IDC_HOTKEY_EJECT_TEXT 824       // (fixed)
+#define IDC_HOTKEY_EJECT_SET 825        // (fixed)
+#define IDC_HOTKEY_MUTE 826             // (fixed)
+#define IDC_HOTKEY_MUTE_TEXT 827        // (fixed)
+#define IDC_HOTKEY_MUTE_SET 828         // (fixed)
+#define IDC_HOTKEY_MEDIA_PLAY 829       // (fixed)
+#define IDC_HOTKEY_MEDIA_PLAY_TEXT 830  // (fixed)
+#define IDC_HOTKEY_MEDIA_PLAY_SET 831   // (fixed)
+#define IDC_HOTKEY_MEDIA_STOP 832       // (fixed)
+#define IDC_HOTKEY_MEDIA_STOP_TEXT 833  // (fixed)
+#define IDC_HOTKEY_MEDIA_STOP_SET 834   // (fixed)
+#define IDC_HOTKEY_MEDIA_PAUSE 835      // (fixed)
+#define IDC_HOTKEY_MEDIA_PAUSE_TEXT 836 // (fixed)
+#define IDC_HOTKEY_MEDIA_PAUSE_SET 837  // (fixed)
+#define IDC_HOTKEY_REFUSED 838          // + place in storage order, to 847
+#define IDC_HOTKEYS_CAPTION 848
 
 // ---- appearance: strings 1340-1399; dialogs 441 colours, 442 font; bitmaps 463, 464 (fixed)
 #define IDD_COLORS 441
 #define IDD_FONT 442
 #define IDB_BACKGROUND 463  // (fixed)
 #define IDB_BUTTON_FACE 464 // (fixed)
+#define IDS_MENU_COLORS 1340
+#define IDS_MENU_FONT 1341
+#define IDS_BITMAP_FILTER 1342 // pairs of text and pattern, "|" for the NULs
+#define IDS_BACKGROUND_FILE 1343
+#define IDS_BUTTON_FACE_FILE 1344
+#define IDS_ALIGNMENTS 1345    // + BitmapAlign
+#define IDC_COLORS_SWATCH 1340 // + place in kColorValues
+#define IDC_COLORS_DEFAULTS 1347
+#define IDC_FONT_LIST 1348
+// the same for either bitmap
+#define IDC_BACKGROUND_USE 1350
+#define IDC_BACKGROUND_BUILT_IN 1351
+#define IDC_BACKGROUND_FILE 1352
+#define IDC_BACKGROUND_PATH 1353
+#define IDC_BACKGROUND_CHOOSE 1354
+#define IDC_BACKGROUND_STRETCH 1355
+#define IDC_BACKGROUND_ALIGN_TEXT 1356
+#define IDC_BACKGROUND_ALIGN 1357
+#define IDC_FACE_USE 1360
+#define IDC_FACE_BUILT_IN 1361
+#define IDC_FACE_FILE 1362
+#define IDC_FACE_PATH 1363
+#define IDC_FACE_CHOOSE 1364
+#define IDC_FACE_STRETCH 1365
+#define IDC_FACE_ALIGN_TEXT 1366
+#define IDC_FACE_ALIGN 1367
 
 // ---- cd icon: strings 520-544; cd engine configuration: strings 482-499, dialog 444
+#define IDI_CD_ICON 402
+#define IDS_CD_ICON 520
+#define IDS_CD_ICON_SHORT 521
+#define IDS_CD_ICON_TIP 522
+#define IDS_CD_ICON_MENU 523
+#define IDS_CD_ICON_NAME 524 // what the icon says before anything else
+#define IDS_CD_ICON_PROPERTIES 525
+#define IDS_CD_ICON_OPTIONS 526 // + bit of "CDIconShowOptions", to 530
+#define IDS_CD_ENGINE_CONFIGURE 482
 #define IDD_CD_CONFIG 444
+#define IDC_CD_CONFIG_DRIVE 1010
+#define IDC_CD_CONFIG_INTRO 1011
+#define IDC_CD_CONFIG_INTRO_SPIN 1012
+#define IDC_CD_CONFIG_AUTO_EJECT 1013
+#define IDC_CD_CONFIG_STOP_EXIT 1014
+#define IDC_CD_CONFIG_DEFAULT 1015
+#define IDC_CD_CONFIG_AUTO_RUN 1016
+#define IDC_CD_CONFIG_AUTO_EXIT 1017
 
 // ---- installation and help: strings 400-439; dialogs 445 install, 446 uninstall
 #define IDS_MENU_HELP 400
 #define IDS_HELP_FAILED 401
 #define IDS_HELP_CAPTION 402
+#define IDS_SETUP_NOT_WRITABLE 403
+#define IDS_SETUP_BAD_FOLDER 404
+#define IDS_SETUP_RUNNING 405
+#define IDS_SETUP_STILL_RUNNING 406
+#define IDS_SETUP_COPY_FAILED 407
+#define IDS_SETUP_NO_DRIVE 408
+#define IDS_SETUP_BROWSE 409
+#define IDS_UNINSTALL_CAPTION 410
+#define IDS_UNINSTALL_TEXT 411
+#define IDS_UNINSTALL_DONE 412
+#define IDS_UNINSTALL_LEFT 413
+#define IDD_INSTALL 445
+#define IDC_INSTALL_FOLDER 1000
+#define IDC_INSTALL_BROWSE 1001
+#define IDC_INSTALL_CD 1002
+#define IDC_INSTALL_MEDIA 1003
+#define IDC_INSTALL_MENU 1004
+#define IDC_INSTALL_DRIVE 1005
+#define IDC_INSTALL_DRIVE_HINT 1006
+#define IDC_INSTALL_BAR 1007
+#define IDD_UNINSTALL 446
+#define IDC_UNINSTALL_TEXT 1000
+#define IDC_UNINSTALL_DATABASE 1001
+#define IDC_UNINSTALL_SETTINGS 1002
 
 // ---- database manager: strings 1168-1181 labels, 1200-1213 tooltips, 1232-1243 captions (all
 // fixed), further ones 1214-1231 and 1244-1259
@@ -331,6 +434,73 @@
 #define IDS_DATABASE_EDIT_FAILED 1241  // (fixed)
 #define IDS_DATABASE_EDIT_CAPTION 1242 // (fixed)
 #define IDS_DATABASE_SORT_NUMBER 1243  // (fixed)
+#define IDS_DATABASE_NAME 1214         // the console's button
+#define IDS_DATABASE_SHORT 1215
+#define IDS_DATABASE_TIP 1216
+#define IDS_DATABASE_COLUMNS 1217 // + CatalogColumn
+#define IDS_DATABASE_SEARCH 1223
+#define IDS_DATABASE_SEARCH_TIP 1224
+#define IDS_DATABASE_CDS 1244
+#define IDS_DATABASE_ENTRIES 1245
+#define IDS_DATABASE_ASCENDING 1246 // after a sort's name
+#define IDS_DATABASE_DESCENDING 1247
+#define IDS_DATABASE_DELETE_TEXT 1248
+#define IDS_DATABASE_DELETE_CAPTION 1249
+#define IDS_DATABASE_UNREADABLE 1250 // of the progress indicator
+#define IDS_DATABASE_IN_USE 1251     // the same
+#define IDS_DATABASE_RETRY_TEXT 1252
+#define IDS_DATABASE_CAPTION 1253
+#define IDS_DATABASE_ARTISTS_TEXT 1254
+#define IDS_DATABASE_TOO_MANY 1255
+// entries of its menu: 1225-1231
+#define IDS_DATABASE_MENU_SORT 1225
+#define IDS_DATABASE_MENU_FIND 1226
+#define IDS_DATABASE_MENU_REFRESH 1227
+#define IDS_DATABASE_MENU_STOP 1228
+#define IDS_DATABASE_MENU_CELL 1229
+#define IDS_DATABASE_MENU_POWER 1230
+#define IDS_DATABASE_MENU_DIRECTION 1231
 
 // ---- import, export, migration: strings 1260-1299; dialogs 480-483
-// ---- printing: strings 1300-1339; dialogs 484-487
+// ---- printing: strings 1300-1339; dialogs 484-487; controls 1300-1339
+#define IDS_PRINT_WORDS 1300 // + PrintWord
+#define IDS_PRINT_CAPTION 1312
+#define IDS_PRINT_PAGE_OF 1313
+#define IDS_PRINT_DISC_OF 1314
+#define IDS_PRINT_NO_PRINTER 1315
+#define IDS_PRINT_REDUCED 1316
+#define IDS_PRINT_PAPER 1317
+#define IDS_PRINT_FONT 1318
+#define IDS_PRINT_BROKEN 1319
+#define IDS_PRINT_NOT_STARTED 1320
+#define IDS_PRINT_PROGRESS 1321
+#define IDS_PRINT_DISC_PROGRESS 1322
+#define IDS_PRINT_CANCELLING 1323
+#define IDS_PRINT_GONE 1324
+#define IDS_PRINT_LIST_OF 1325
+#define IDS_PRINT_ALL 1326
+#define IDS_PRINT_UNKNOWN_ERROR 1327
+#define IDD_PRINT 484
+#define IDD_PRINTING 485
+#define IDC_PRINT_LIST 1300
+#define IDC_PRINT_DISC 1301
+#define IDC_PRINT_INLAY 1302
+#define IDC_PRINT_NUMBER_LABEL 1303
+#define IDC_PRINT_NUMBER 1304
+#define IDC_PRINT_NUMBER_SPIN 1305
+#define IDC_PRINT_NUMBER_OF 1306
+#define IDC_PRINT_NAME 1307
+#define IDC_PRINT_ALL 1308
+#define IDC_PRINT_FONT_NAME 1309
+#define IDC_PRINT_FONT 1310
+#define IDC_PRINT_PAPER_NAME 1311
+#define IDC_PRINT_PAPER 1312
+#define IDC_PRINT_NOTE 1313
+#define IDC_PRINT_PREVIEW 1314
+#define IDC_PRINT_FIRST 1315
+#define IDC_PRINT_BACK 1316
+#define IDC_PRINT_PAGE 1317
+#define IDC_PRINT_NEXT 1318
+#define IDC_PRINT_LAST 1319
+#define IDC_PRINTING_TEXT 1320
+#define IDC_PRINTING_BAR 1321
