@@ -1,14 +1,17 @@
-// What makes a copy of the program an installed one: settings with their defaults, and the
-// registrations with the shell.
+// What makes a copy of the program an installed one, and takes that back.
 #pragma once
 #include "core/command_line.h"
 #include "core/platform.h"
 
-// Writes all of it and says in a message box how it went. 1 when installed.
-int InstallProgram(const StartRequest& request);
+// "/install" and "/installui": files, settings with their defaults, registrations, as the request
+// asks. Says in a message box how it went.
+void InstallProgram(const StartRequest& request);
 
-// App Paths and the ".cdp" association, for the executable that runs; remembered as
-// "Saved\Module". Machine-wide, or for the user where that is refused. 1 when all were written.
+// "/uninstall": the same taken back, after a dialog that asks what of the user's goes, too.
+void UninstallProgram();
+
+// "/reg": what the shell is to know of the executable that runs. Machine-wide, or for the user
+// where that is refused. 1 when all was written.
 int WriteShellRegistrations();
-// Writes them again when the executable has moved since.
+// Writes it again when the executable has moved since.
 void RefreshShellRegistrations();

@@ -131,6 +131,8 @@ int WINAPI WinMain(HINSTANCE instance, HINSTANCE, LPSTR, int) {
     int result = 0;
     if (request.InstallUIRequested || request.InstallRequested)
         InstallProgram(request);
+    else if (request.UninstallRequested)
+        UninstallProgram();
     else if (request.RegisterShellRequested)
         WriteShellRegistrations();
     else if (!RegKeyExists(kUserRoot, kSettingsRoot))
