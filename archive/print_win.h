@@ -18,3 +18,7 @@ struct PrintSource {
 // Modal to owner (may be null); returns when the user is done or the owner has gone. Offers a list
 // of the discs, pages of one disc, and jewel-case inlays. No discs: does nothing.
 void ShowPrinting(HWND owner, const PrintSource& discs);
+
+// The same with other printers than the system's (print_system_win.h).
+struct PrintSystem;
+void ShowPrintingOn(const PrintSystem& system, HWND owner, const PrintSource& discs);
