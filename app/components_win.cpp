@@ -1,7 +1,9 @@
 // The component table: one row for each component. Table order is the order of buttons and menus.
 #include "app/help_win.h"
 #include "app/table_win.h"
+#include "cd/config_win.h"
 #include "cd/engine_win.h"
+#include "cd/icon_win.h"
 #include "cd/player_win.h"
 #include "core/commands.h"
 #include "core/shared_block.h"
@@ -43,6 +45,9 @@ const ComponentTable* Components() {
          .menu = IDS_CD_ENGINE,
          .engage = IDS_CD_ENGINE_ENGAGE,
          .disengage = IDS_CD_ENGINE_DISENGAGE,
+         .configureText = IDS_CD_ENGINE_CONFIGURE,
+         .configureCommand = kConsoleConfigureCd,
+         .Configure = ConfigureCd,
          .PostCommand = PostToCdEngine},
         {.traits = {.kind = kEngineComponent,
                     .command = kConsoleWavesEngine,
@@ -90,6 +95,21 @@ const ComponentTable* Components() {
          .shortLabel = IDS_SHORT_NAMES + kCdPlayerWindowId,
          .tip = IDS_CD_PLAYER_TIP,
          .menu = IDS_CD_PLAYER},
+        {.traits = {.kind = kIconComponent,
+                    .command = kConsoleCdIcon,
+                    .engine = kConsoleCdEngine,
+                    .onValue = "CDUITBIcon",
+                    .restoreRank = 9,
+                    .stopRank = 29,
+                    .withEngineRank = 2},
+         .thread = CdIconThread(),
+         .label = IDS_CD_ICON,
+         .shortLabel = IDS_CD_ICON_SHORT,
+         .tip = IDS_CD_ICON_TIP,
+         .menu = IDS_CD_ICON_MENU,
+         .propertiesText = IDS_CD_ICON_PROPERTIES,
+         .FillProperties = FillCdIconProperties,
+         .OnProperty = OnCdIconProperty},
         {.traits = {.kind = kWindowComponent,
                     .windowId = kMediaWindowId,
                     .command = kConsoleMedia,

@@ -1,4 +1,5 @@
 // The context menu of the CD player window, and the dialog that puts an image into the disc drive.
+#include "cd/menu_win.h"
 #include "cd/player_state_win.h"
 
 #include <commdlg.h>
@@ -10,18 +11,6 @@
 #include "resources/ids.h"
 #include "ui/menu_win.h"
 
-static void AppendDrives(HMENU menu, char current) {
-    char text[8];
-    const HMENU drives = CreatePopupMenu();
-    const uint32_t mask = CdDriveMask();
-    for (int k = 0; k < 26; ++k) {
-        if (!(mask >> k & 1)) continue;
-        FormatText(text, sizeof text, "%c:", 'A' + k);
-        AppendMenuText(drives, kPlayerDriveFirst + k, text, current == 'A' + k);
-    }
-    AppendSubmenu(menu, drives, IDS_CD_MENU_DRIVE);
-}
-
 // Only where the drive in use plays images.
 static void AppendDiscImage(HMENU menu, char drive) {
     char image[MAX_PATH] = "";
@@ -32,22 +21,15 @@ static void AppendDiscImage(HMENU menu, char drive) {
         EnableMenuItem(menu, kPlayerEjectImage, MF_BYCOMMAND | MF_GRAYED);
 }
 
-static void AppendTracks(HMENU menu, const CdSnapshot& now, const CDInfoRecord& record) {
-    if (!record.trackCount) return;
-    AppendMenuSeparator(menu);
-    for (int track = 1; track <= record.trackCount; ++track) {
-        char text[2 * kTextSize];
-        MenuText(text, sizeof text, record.trackTitles[track - 1]);
-        AppendMenuText(menu, kPlayerTrackFirst + track, text, now.busy && now.track == track);
-    }
-}
-
 void ShowPlayerMenu(HWND window, POINT at, const CdSnapshot& now, const CDInfoRecord& record) {
     const HMENU menu = CreatePopupMenu();
     if (!menu) return;
-    AppendDrives(menu, now.drive);
+    AppendMenuEntry(menu, kPlayerConfigure, IDS_CD_ENGINE_CONFIGURE);
+    AppendMenuSeparator(menu);
+    AppendCdDrives(menu, kPlayerDriveFirst, now.drive);
     AppendDiscImage(menu, now.drive);
-    AppendTracks(menu, now, record);
+    if (record.trackCount) AppendMenuSeparator(menu);
+    AppendCdTracks(menu, kPlayerTrackFirst + 1, record, now.busy ? now.track : 0);
     ShowMenu(menu, window, at, TPM_CENTERALIGN | TPM_VCENTERALIGN);
 }
 

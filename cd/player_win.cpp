@@ -3,8 +3,9 @@
 // record; the timer reads a snapshot without it. Neither holds a lock while it draws.
 #include "cd/player_win.h"
 
+#include "cd/config_win.h"
+#include "cd/menu_win.h"
 #include "cd/player_state_win.h"
-#include "cdinfo/editor_win.h"
 #include "core/commands.h"
 #include "core/strings_win.h"
 #include "core/text.h"
@@ -156,12 +157,9 @@ static void ToggleMode(PlayerWindow* player, uint32_t flag) {
     ShowModes(player, SetCdPlayFlags(CdPlayFlags() ^ flag));
 }
 
-// The editor runs a message loop: the window may be gone when it returns, and the engine too.
 static void EditInformation(PlayerWindow* player) {
-    CDInfoRecord record;
     const HWND window = player->window;
-    if (!GetCdRecord(&record)) return;
-    if (EditCdInformation(window, &record)) SetCdRecord(record);
+    EditDiscInformation(window);
     if (!IsWindow(window)) return;
     RECT client;
     GetClientRect(window, &client);
@@ -235,6 +233,8 @@ static int OnMenuCommand(PlayerWindow* player, int id) {
         ChooseDiscImage(player->window);
     else if (id == kPlayerEjectImage)
         EjectDiscImage();
+    else if (id == kPlayerConfigure)
+        ConfigureCd(player->window);
     else
         return 0;
     return 1;

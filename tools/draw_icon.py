@@ -1,7 +1,8 @@
 #!/usr/bin/env python3
-"""Draws the program's icon: a gauge on dark slate, its needle near the top of a lit blue scale.
+"""Draws the program's icons: a gauge on dark slate, its needle near the top of a lit blue scale
+(tonvista.ico), and a compact disc with a lit blue track for the notification area (cd.ico).
 
-    tools/draw_icon.py [OUT.ico]     app/resources/tonvista.ico unless told
+    tools/draw_icon.py [FOLDER]      app/resources unless told
 
 Every size is drawn for itself from the same shapes, with thicker strokes and fewer of them where
 pixels are few. Standard library only; the same input always gives the same bytes.
@@ -44,7 +45,7 @@ def segment(x, y, x0, y0, x1, y1):
     return math.hypot(x - x0 - t * dx, y - y0 - t * dy), t
 
 
-def shade(x, y, size):
+def shade_gauge(x, y, size):
     """Colour and opacity of the point (x, y), both 0 to 1, y downwards."""
     small = size <= 24
     edge = rounded_box(x, y, 0.5 if small else 0.48, 0.16 if small else 0.20)
@@ -81,7 +82,29 @@ def shade(x, y, size):
     return colour, 1.0
 
 
-def draw(size):
+DISC_DARK, DISC_LIGHT, DISC_EDGE = (150, 162, 176), (242, 247, 252), (40, 48, 58)
+
+
+def shade_disc(x, y, size):
+    small = size <= 24
+    dx, dy = x - 0.5, y - 0.5
+    away = math.hypot(dx, dy)
+    if away > (0.5 if small else 0.48) or away < (0.075 if small else 0.055):
+        return (0, 0, 0), 0.0
+    edge = 0.07 if small else 0.03
+    if away > 0.5 - edge or away < 0.055 + 1.4 * edge:
+        return DISC_EDGE, 1.0
+    if away < 0.19:  # the clear part round the hole
+        return (SLATE_TOP if small or away > 0.165 else RIM), 1.0
+    # Two wedges of light that lie opposite each other.
+    light = max(0.0, math.cos(2 * (math.atan2(dy, dx) - math.radians(225)))) ** 3
+    colour = mix(DISC_DARK, DISC_LIGHT, light)
+    if abs(away - 0.33) < (0.04 if small else 0.045):
+        colour = mix(SCALE_LIT, SCALE_LIT_END, light)
+    return colour, 1.0
+
+
+def draw(size, shade):
     """Rows of RGBA bytes, top first."""
     steps = [(i + 0.5) / SAMPLES for i in range(SAMPLES)]
     rows = []
@@ -124,19 +147,24 @@ def as_bitmap(size, rows):
     return header + pixels + bytes(mask)
 
 
-def main():
-    out = sys.argv[1] if len(sys.argv) > 1 else os.path.join(ROOT, "app/resources/tonvista.ico")
+def write_icon(path, shade_of, sizes):
     images = []
-    for size in SIZES:
-        rows = draw(size)
+    for size in sizes:
+        rows = draw(size, shade_of)
         images.append(as_png(size, rows) if size > 64 else as_bitmap(size, rows))
-    offset = 6 + 16 * len(SIZES)
+    offset = 6 + 16 * len(sizes)
     entries = b""
-    for size, image in zip(SIZES, images):
+    for size, image in zip(sizes, images):
         entries += struct.pack("<BBBBHHII", size % 256, size % 256, 0, 0, 1, 32, len(image), offset)
         offset += len(image)
-    with open(out, "wb") as handle:
-        handle.write(struct.pack("<HHH", 0, 1, len(SIZES)) + entries + b"".join(images))
+    with open(path, "wb") as handle:
+        handle.write(struct.pack("<HHH", 0, 1, len(sizes)) + entries + b"".join(images))
+
+
+def main():
+    folder = sys.argv[1] if len(sys.argv) > 1 else os.path.join(ROOT, "app/resources")
+    write_icon(os.path.join(folder, "tonvista.ico"), shade_gauge, SIZES)
+    write_icon(os.path.join(folder, "cd.ico"), shade_disc, (16, 20, 24, 32, 48))
 
 
 if __name__ == "__main__":

@@ -16,6 +16,16 @@ void AppendMenuSeparator(HMENU menu) {
     if (GetMenuItemCount(menu) > 0) AppendMenuA(menu, MF_SEPARATOR, 0, nullptr);
 }
 
+void BeginMenuColumn(HMENU menu) {
+    const int last = GetMenuItemCount(menu) - 1;
+    MENUITEMINFOA item = {};
+    item.cbSize = sizeof item;
+    item.fMask = MIIM_FTYPE;
+    if (last < 1 || !GetMenuItemInfoA(menu, static_cast<UINT>(last), TRUE, &item)) return;
+    item.fType |= MFT_MENUBREAK;
+    SetMenuItemInfoA(menu, static_cast<UINT>(last), TRUE, &item);
+}
+
 void AppendSubmenu(HMENU menu, HMENU submenu, UINT textId) {
     char text[kStringMax];
     LoadText(textId, text);

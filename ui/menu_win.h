@@ -7,6 +7,8 @@
 void AppendMenuEntry(HMENU menu, UINT id, UINT textId, int checked = 0);
 void AppendMenuText(HMENU menu, UINT id, const char* text, int checked = 0);
 void AppendMenuSeparator(HMENU menu); // not as the first thing
+// The entry appended last begins a new column; not as the first thing.
+void BeginMenuColumn(HMENU menu);
 void AppendSubmenu(HMENU menu, HMENU submenu, UINT textId);
 
 // Where the menu of a WM_CONTEXTMENU belongs. From the keyboard it has no place of its own: the

@@ -3,11 +3,11 @@
 
 #include "core/text.h"
 
-constexpr size_t kTipMax = 64; // bytes with the NUL in the first version
+static_assert(sizeof(NOTIFYICONDATAA::szTip) == kTrayTipMax);
 
 static NOTIFYICONDATAA IconData(const TrayIcon& tray, UINT flags, HICON icon) {
     NOTIFYICONDATAA data = {};
-    data.cbSize = NOTIFYICONDATAA_V1_SIZE;
+    data.cbSize = NOTIFYICONDATAA_V2_SIZE; // the first with long tooltips
     data.hWnd = tray.window;
     data.uID = tray.id;
     data.uFlags = flags;
@@ -18,7 +18,7 @@ static NOTIFYICONDATAA IconData(const TrayIcon& tray, UINT flags, HICON icon) {
 
 int AddTrayIcon(TrayIcon* tray, HICON icon, const char* tip) {
     NOTIFYICONDATAA data = IconData(*tray, NIF_MESSAGE | NIF_ICON | NIF_TIP, icon);
-    CopyText(data.szTip, kTipMax, tip);
+    CopyText(data.szTip, kTrayTipMax, tip);
     tray->shown = 1; // even when it is refused: a shell that hangs may take it later
     // Adding is refused also when it stands there already.
     return Shell_NotifyIconA(NIM_ADD, &data) || Shell_NotifyIconA(NIM_MODIFY, &data);
@@ -26,6 +26,12 @@ int AddTrayIcon(TrayIcon* tray, HICON icon, const char* tip) {
 
 int ChangeTrayIcon(TrayIcon* tray, HICON icon) {
     NOTIFYICONDATAA data = IconData(*tray, NIF_ICON, icon);
+    return Shell_NotifyIconA(NIM_MODIFY, &data) != 0;
+}
+
+int ChangeTrayTip(TrayIcon* tray, const char* tip) {
+    NOTIFYICONDATAA data = IconData(*tray, NIF_TIP, nullptr);
+    CopyText(data.szTip, kTrayTipMax, tip);
     return Shell_NotifyIconA(NIM_MODIFY, &data) != 0;
 }
 

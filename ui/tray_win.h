@@ -1,8 +1,9 @@
 // An icon in the notification area. The window gets WM_COMMAND with the icon's id as wParam and the
-// mouse message as lParam. Names and limits as the shell's first version knows them, which every
-// Windows has.
+// mouse message as lParam.
 #pragma once
 #include "core/platform.h"
+
+constexpr int kTrayTipMax = 128; // bytes of a tooltip with the NUL; the rest is cut
 
 struct TrayIcon {
     HWND window;
@@ -15,4 +16,6 @@ struct TrayIcon {
 int AddTrayIcon(TrayIcon* tray, HICON icon, const char* tip);
 // 1 when the shell took the new picture.
 int ChangeTrayIcon(TrayIcon* tray, HICON icon);
+// 1 when the shell took the new text.
+int ChangeTrayTip(TrayIcon* tray, const char* tip);
 void RemoveTrayIcon(TrayIcon* tray);
