@@ -64,6 +64,18 @@ StoreBatch* BeginStoreBatch(const wchar_t* path) {
     return batch.release();
 }
 
+int BatchRead(const StoreBatch* batch, uint32_t identity, CDInfoRecord* record) {
+    const IndexPair* pair = LivePair(*batch, identity);
+    const uint32_t entry = pair ? pair->entry : identity;
+    SetIdentity(record, identity);
+    if (const auto put = batch->puts.find(entry); put != batch->puts.end())
+        return UnpackStored(put->second, entry, record);
+    if (batch->isFresh || batch->removals.count(entry)) return 0;
+    const CompoundStream* stream = FindEntry(batch->file, entry);
+    return stream && stream->size &&
+           UnpackStored(ReadCompoundStream(batch->file.view, *stream), entry, record);
+}
+
 static int HoldsAlready(const StoreBatch& batch, uint32_t entry,
                         const std::vector<uint8_t>& bytes) {
     if (const auto put = batch.puts.find(entry); put != batch.puts.end())

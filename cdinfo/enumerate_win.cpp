@@ -1,10 +1,9 @@
-// Walking through a whole database, with a small window that shows how far it is.
+// Walking through a whole database.
 #include "core/platform.h"
+#include "cdinfo/progress_win.h"
 #include "cdinfo/store_parts_win.h"
 
 #include <memory>
-
-#include "resources/ids.h"
 
 constexpr size_t kPairsWithoutProgress = 10;
 constexpr int kWordsPerPair = 2; // the bar counts the index's 32-bit words
@@ -38,48 +37,14 @@ int EnumerateEntries(StoreWindow owner, const wchar_t* path, StoreCallback callb
     PrepareStoreFile(path, &file);
     if (LoadSafeFile(&file) != kLoadGood || !ReadIndex(file, &pairs)) return 0;
     const HWND progress = showProgress && pairs.size() > kPairsWithoutProgress
-                              ? ShowReadProgress(owner, pairs.size())
+                              ? ShowProgress(owner, 0, pairs.size() * kWordsPerPair, kWordsPerPair)
                               : nullptr;
     auto record = std::make_unique<CDInfoRecord>();
     const Visitor visitor = {callback, context, raw, record.get()};
     for (const IndexPair& pair : pairs) {
         VisitEntry(file, pair.disc, visitor);
-        StepReadProgress(progress);
+        StepProgress(progress);
     }
-    CloseReadProgress(progress);
+    CloseProgress(progress);
     return 1;
-}
-
-// ---- the progress window
-
-static INT_PTR CALLBACK OnProgressMessage(HWND, UINT, WPARAM, LPARAM) {
-    return FALSE;
-}
-
-StoreWindow ShowReadProgress(StoreWindow owner, size_t pairs) {
-    const INITCOMMONCONTROLSEX classes = {sizeof classes, ICC_PROGRESS_CLASS};
-    InitCommonControlsEx(&classes);
-    const HWND window =
-        CreateDialogParamA(GetModuleHandleA(nullptr), MAKEINTRESOURCEA(IDD_READ_PROGRESS), owner,
-                           OnProgressMessage, 0);
-    if (!window) return nullptr;
-    const HWND bar = GetDlgItem(window, IDC_READ_BAR);
-    SendMessageA(bar, PBM_SETRANGE32, 0, static_cast<LPARAM>(pairs * kWordsPerPair));
-    SendMessageA(bar, PBM_SETSTEP, kWordsPerPair, 0);
-    SendMessageA(bar, PBM_SETPOS, 0, 0);
-    ShowWindow(window, SW_SHOW);
-    UpdateWindow(window);
-    return window;
-}
-
-// The caller's thread dispatches nothing meanwhile, so the bar is painted here.
-void StepReadProgress(StoreWindow progress) {
-    if (!progress) return;
-    const HWND bar = GetDlgItem(progress, IDC_READ_BAR);
-    SendMessageA(bar, PBM_STEPIT, 0, 0);
-    UpdateWindow(bar);
-}
-
-void CloseReadProgress(StoreWindow progress) {
-    if (progress) DestroyWindow(progress);
 }

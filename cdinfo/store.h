@@ -78,6 +78,9 @@ struct StoreBatch;
 // Null when the database is in use or can't be changed. From here to the end no one else can
 // change this database, so keep it short; one thread begins, changes and ends it.
 StoreBatch* BeginStoreBatch(const wchar_t* path);
+// The entry of a disc as it is to be after what was done so far, into a zeroed record; 0 when there
+// is none or it can't be read.
+int BatchRead(const StoreBatch* batch, uint32_t identity, CDInfoRecord* record);
 // As AddOrReplace without a question; nothing is on disk yet, and no window hears of it.
 int BatchAdd(StoreBatch* batch, const CDInfoRecord& record);
 void BatchDelete(StoreBatch* batch, uint32_t identity);

@@ -41,8 +41,3 @@ int BatchHasDisc(const StoreBatch& batch, uint32_t disc);
 
 // Adds a record that is worth storing. `entry` receives where it belongs, also when 0.
 int BatchPut(StoreBatch* batch, const CDInfoRecord& record, uint32_t* entry);
-
-// The window "Reading CD Information..."; null when it could not be made.
-StoreWindow ShowReadProgress(StoreWindow owner, size_t pairs);
-void StepReadProgress(StoreWindow progress);
-void CloseReadProgress(StoreWindow progress);

@@ -10,6 +10,7 @@ struct CueLine {
 
 struct CueState {
     CueSheet* sheet;
+    CueTexts* texts;    // may be null
     int lastNumber = 0; // of the track before
 };
 
@@ -108,7 +109,8 @@ static int ReadFile(CueState& state, CueLine line) {
     CueFile file;
     file.name = LocalName(name);
     file.wave = SameWord(kind, "WAVE");
-    if (file.name.empty() || !(file.wave || SameWord(kind, "BINARY"))) return 0;
+    file.other = !file.wave && !SameWord(kind, "BINARY");
+    if (file.name.empty() || (file.other && !state.texts)) return 0;
     files.push_back(file);
     return 1;
 }
@@ -137,6 +139,7 @@ static int ReadTrack(CueState& state, CueLine line) {
         track.audio = known.audio;
         track.sectorBytes = known.sectorBytes;
         tracks.push_back(track);
+        if (state.texts) state.texts->tracks.emplace_back();
         state.lastNumber = static_cast<int>(number);
         return 1;
     }
@@ -161,8 +164,36 @@ static int ReadGap(CueState& state, CueLine line, uint32_t CueTrack::*gap) {
     return ReadTime(NextWord(line), &(state.sheet->tracks.back().*gap));
 }
 
+// A text may hold quotes itself, and may stand without any: the last quote of the line ends it.
+static std::string RestOfLine(CueLine line) {
+    std::string_view& s = line.rest;
+    while (!s.empty() && IsBlank(s.front()))
+        s.remove_prefix(1);
+    while (!s.empty() && IsBlank(s.back()))
+        s.remove_suffix(1);
+    if (s.size() >= 2 && s.front() == '"' && s.back() == '"') s = s.substr(1, s.size() - 2);
+    return std::string(s);
+}
+
+static void ReadText(CueTexts& texts, std::string_view word, CueLine line) {
+    CueText& text = texts.tracks.empty() ? texts.disc : texts.tracks.back();
+    if (SameWord(word, "TITLE")) text.title = RestOfLine(line);
+    if (SameWord(word, "PERFORMER")) text.performer = RestOfLine(line);
+    if (!SameWord(word, "REM") || text.remarks.size() >= kMaxCueRemarks) return;
+    const std::string remark(NextWord(line));
+    text.remarks.push_back({remark, RestOfLine(line)});
+}
+
+std::string_view FindCueRemark(const CueText& text, std::string_view word) {
+    for (const CueRemark& remark : text.remarks) {
+        if (SameWord(remark.word, word)) return remark.text;
+    }
+    return {};
+}
+
 static int ReadLine(CueState& state, CueLine line) {
     const auto word = NextWord(line);
+    if (state.texts) ReadText(*state.texts, word, line);
     if (SameWord(word, "FILE")) return ReadFile(state, line);
     if (SameWord(word, "TRACK")) return ReadTrack(state, line);
     if (SameWord(word, "INDEX")) return ReadIndex(state, line);
@@ -171,11 +202,12 @@ static int ReadLine(CueState& state, CueLine line) {
     return 1;
 }
 
-int ReadCue(std::string_view text, CueSheet* sheet) {
+int ReadCue(std::string_view text, CueSheet* sheet, CueTexts* texts) {
     *sheet = {};
+    if (texts) *texts = {};
     if (text.size() > kMaxCueBytes || text.find('\0') != std::string_view::npos) return 0;
     if (text.starts_with("\xEF\xBB\xBF")) text.remove_prefix(3);
-    CueState state{sheet};
+    CueState state{sheet, texts};
     while (!text.empty()) {
         const size_t end = text.find('\n');
         if (!ReadLine(state, {text.substr(0, end)})) return 0;

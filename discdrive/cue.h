@@ -1,5 +1,6 @@
-// CUE sheets: which files a disc image is made of, and where its tracks begin in them. Text in,
-// description out; whether the files exist and are long enough is seen later (disc.h).
+// CUE sheets: which files a disc image is made of, where its tracks begin in them, and on demand
+// what they are called. Text in, description out; whether the files exist and are long enough is
+// seen later (disc.h).
 #pragma once
 #include <cstddef>
 #include <cstdint>
@@ -15,6 +16,7 @@ constexpr uint32_t kAudioSectorBytes = 2352;
 struct CueFile {
     std::string name; // relative to the sheet's folder, in the sheet's own encoding
     int wave = 0;     // 1: a WAV file, 0: bare sectors
+    int other = 0;    // 1: a kind that isn't played, which only who asks for texts is given
 };
 
 // A place in a file, counted in sectors from the file's first one.
@@ -37,10 +39,30 @@ struct CueSheet {
     std::vector<CueTrack> tracks; // empty: a blank disc
 };
 
+constexpr size_t kMaxCueRemarks = 64; // of the disc, and as many of each track
+
+struct CueRemark {
+    std::string word, text; // REM word text
+};
+
+// What stands about the disc, or about one of its tracks, in the sheet's own encoding.
+struct CueText {
+    std::string title, performer;
+    std::vector<CueRemark> remarks;
+};
+
+struct CueTexts {
+    CueText disc;
+    std::vector<CueText> tracks; // as many as the sheet has
+};
+
 // 1, or 0 when the text is no sheet of a disc: no file, an unknown kind of file or track, a time
 // that is none, track numbers out of order, a track without index 01. Lines about titles and the
-// like are passed over.
-int ReadCue(std::string_view text, CueSheet* sheet);
+// like are passed over, unless `texts` is given: then they go there, and any kind of file will do.
+int ReadCue(std::string_view text, CueSheet* sheet, CueTexts* texts = nullptr);
+
+// The text of the first remark with that word (upper case; the sheet's may be in any), or empty.
+std::string_view FindCueRemark(const CueText& text, std::string_view word);
 
 // The sheet of a folder: file n holds track n and nothing else.
 CueSheet MakeFolderSheet(size_t files);

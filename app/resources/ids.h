@@ -73,6 +73,9 @@
 #define IDS_MEDIA 383
 #define IDS_MEDIA_TIP 384
 #define IDS_SPECTRUM_LABEL 385
+#define IDS_LAYOUTS 386
+#define IDS_LAYOUTS_TIP 387
+#define IDS_LAYOUTS_ICON_MENU 388
 
 // ---- cd engine: strings 480-499
 #define IDS_NO_CD_DRIVE 480
@@ -94,6 +97,7 @@
 #define IDD_CD_EDITOR 460
 #define IDD_READ_PROGRESS 461
 #define IDC_READ_BAR 640
+#define IDC_READ_TEXT 641
 #define IDC_EDITOR_TITLE 600
 #define IDC_EDITOR_COMMENT 601
 #define IDC_EDITOR_SAME_ARTIST 602
@@ -303,6 +307,16 @@
 #define IDC_ICON_BROWSE 1199
 
 // ---- layouts: strings 1140-1152 and menus 1154-1159
+#define IDS_LAYOUTS_MENU 1140
+#define IDS_LAYOUTS_ENTRY 1141
+#define IDS_LAYOUTS_CHOICE_TIP 1142
+#define IDS_LAYOUTS_RECALL 1143
+#define IDS_LAYOUTS_RECALL_TIP 1144
+#define IDS_LAYOUTS_STORE 1145
+#define IDS_LAYOUTS_STORE_TIP 1146
+#define IDS_LAYOUTS_CLOSE 1147
+#define IDS_LAYOUTS_BRAND 1148
+#define IDS_LAYOUTS_BRAND_TIP 1149
 // ---- hotkeys: string 1153 (fixed), further ones 1160-1167; dialog 443 (fixed)
 #define IDD_HOTKEYS 443          // (fixed)
 #define IDS_HOTKEYS_CAPTION 1153 // (fixed)
@@ -450,7 +464,7 @@
 #define IDS_DATABASE_IN_USE 1251     // the same
 #define IDS_DATABASE_RETRY_TEXT 1252
 #define IDS_DATABASE_CAPTION 1253
-#define IDS_DATABASE_ARTISTS_TEXT 1254
+#define IDS_DATABASE_FAILED 1254 // the same
 #define IDS_DATABASE_TOO_MANY 1255
 // entries of its menu: 1225-1231
 #define IDS_DATABASE_MENU_SORT 1225
@@ -462,6 +476,9 @@
 #define IDS_DATABASE_MENU_DIRECTION 1231
 
 // ---- import, export, migration: strings 1260-1299; dialogs 480-483
+#define IDS_CDP_FAULTS 1284 // + CdpFault - 1, up to 1290
+#define IDS_MIGRATE_REGISTRY 1291
+#define IDS_MIGRATE_INI 1292
 // ---- printing: strings 1300-1339; dialogs 484-487; controls 1300-1339
 #define IDS_PRINT_WORDS 1300 // + PrintWord
 #define IDS_PRINT_CAPTION 1312
