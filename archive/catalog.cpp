@@ -79,6 +79,14 @@ size_t CatalogDiscCount(const Catalog* catalog) {
     return catalog->byIdentity.size();
 }
 
+std::vector<uint32_t> CatalogDiscs(const Catalog* catalog) {
+    std::vector<uint32_t> discs;
+    discs.reserve(catalog->byIdentity.size());
+    for (const auto& [identity, place] : catalog->byIdentity)
+        discs.push_back(identity);
+    return discs;
+}
+
 int CatalogRecord(const Catalog* catalog, uint32_t identity, CDInfoRecord* record) {
     const Disc* disc = DiscOf(*catalog, identity);
     if (disc) ExpandDisc(*disc, catalog->pool, record);

@@ -53,6 +53,7 @@ void CatalogClear(Catalog* catalog);
 void CatalogPut(Catalog* catalog, const CDInfoRecord& record);
 void CatalogRemove(Catalog* catalog, uint32_t identity);
 size_t CatalogDiscCount(const Catalog* catalog);
+std::vector<uint32_t> CatalogDiscs(const Catalog* catalog); // identities, in no order
 // The whole record again (device data excepted); 0 when there is no such disc.
 int CatalogRecord(const Catalog* catalog, uint32_t identity, CDInfoRecord* record);
 // Memory that it holds just now, roughly.
