@@ -411,9 +411,8 @@ static LRESULT MediaProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam
     MediaPlayer* player = &s_player;
     if (player->window == window) switch (message) {
         case WM_COMMAND:
-            if (HIWORD(wParam) != kButtonClicked) break;
-            OnCommand(player, LOWORD(wParam));
-            return 0;
+            if (HIWORD(wParam) == kButtonClicked) OnCommand(player, LOWORD(wParam));
+            break;
         case WM_TIMER:
             if (wParam != kTimerId) break;
             OnTimer(player);
