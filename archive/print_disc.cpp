@@ -66,10 +66,13 @@ static void AddHeading(DiscFlow* flow) {
 static void LayOutTracks(DiscFlow* flow) {
     const PrintFont& font = flow->style.font;
     const PrintLook bold = {flow->size, 1};
-    flow->number = PrintWidth(font, bold, "100") + flow->size;
-    flow->length = std::max(PrintWidth(font, bold, "0:00:00"),
+    flow->number = PrintNumberWidth(font, bold, "000") + flow->size;
+    flow->length = std::max(PrintNumberWidth(font, bold, "0:00:00"),
                             PrintWidth(font, bold, flow->style.words[kWordTime])) +
                    flow->size;
+    const int least = flow->size * 3; // of titles
+    if (flow->area.width < flow->number + flow->length + least) flow->length = 0;
+    if (flow->area.width < flow->number + least) flow->number = 0;
     const int rest = flow->area.width - flow->number - flow->length;
     const int wide = flow->area.width >= kNarrow * flow->size;
     flow->artist = wide && !IsSingleArtist(flow->record) ? rest * 2 / 5 : 0;
@@ -86,7 +89,7 @@ static void AddTrackLine(DiscFlow* flow, const TrackTexts& texts, PrintLook look
     const Box& area = flow->area;
     const int height = flow->lineHeight;
     Strip* strip = AddStrip(flow, height, keep);
-    const int numberWidth = flow->number - flow->size;
+    const int numberWidth = std::max(0, flow->number - flow->size);
     int left = area.left;
     AddLine(&strip->parts, flow->style, {left, 0, numberWidth, height}, texts.number, look,
             kAlignRight);
@@ -170,7 +173,7 @@ static void AddProgram(DiscFlow* flow) {
         const PrintLook look = {flow->size, 0};
         Strip* strip = AddStrip(flow, flow->lineHeight, 0);
         AddLine(&strip->parts, flow->style,
-                {flow->area.left, 0, flow->number - flow->size, flow->lineHeight},
+                {flow->area.left, 0, std::max(0, flow->number - flow->size), flow->lineHeight},
                 std::to_string(i + 1), look, kAlignRight);
         AddLine(&strip->parts, flow->style,
                 {flow->area.left + flow->number, 0, std::max(0, flow->area.width - flow->number),

@@ -71,7 +71,8 @@ static int Rows(const PrintStyle& style, int height, int size) {
 }
 
 static int NumberWidth(const PrintStyle& style, const CDInfoRecord& record, int size) {
-    return PrintWidth(style.font, {size, 0}, record.trackCount > 99 ? "100" : "00") + size / 2;
+    return PrintNumberWidth(style.font, {size, 0}, record.trackCount > 99 ? "000" : "00") +
+           size / 2;
 }
 
 static int ColumnWidth(const Box& area, int columns, int size) {
@@ -82,7 +83,7 @@ static int ColumnWidth(const Box& area, int columns, int size) {
 static int TitleWidth(const PrintStyle& style, const CDInfoRecord& record, const Box& area,
                       int columns, int size) {
     return ColumnWidth(area, columns, size) - NumberWidth(style, record, size) -
-           PrintWidth(style.font, {size, 0}, "00:00") - size / 2;
+           PrintNumberWidth(style.font, {size, 0}, "00:00") - size / 2;
 }
 
 static int AllTitlesFit(const PrintStyle& style, const CDInfoRecord& record, int width, int size,
@@ -113,7 +114,8 @@ static void AddTrackRow(PrintPage* page, const PrintStyle& style, const CDInfoRe
     const PrintLook look = {list.size, 0};
     const int number = NumberWidth(style, record, list.size);
     const std::string time = PrintTime(record.trackSeconds[track]);
-    const int length = std::min(PrintWidth(style.font, look, time), box.width);
+    const int length =
+        std::min(PrintWidth(style.font, look, time), std::max(0, box.width - number));
     AddLine(page, style, {box.left, box.top, std::max(0, number - list.size / 2), box.height},
             std::to_string(track + 1), look, kAlignRight);
     AddLine(page, style,
@@ -159,27 +161,30 @@ static int FindList(const PrintStyle& style, const CDInfoRecord& record, const B
 
 // ---- panels
 
-// The lines along which it is cut, and marks outside of them as far as the paper reaches.
-static void AddCutLines(PrintPage* page, const PrintStyle& style, const Box& box) {
+// A line as far as the printer reaches.
+static void AddThin(PrintPage* page, const PrintStyle& style, int left, int top, int width,
+                    int height) {
     const Box& reach = style.paper.printable;
-    const auto add = [&](int left, int top, int width, int height) {
-        const int right = std::min(left + width, reach.left + reach.width);
-        const int bottom = std::min(top + height, reach.top + reach.height);
-        left = std::max(left, reach.left);
-        top = std::max(top, reach.top);
-        if (right > left && bottom > top)
-            page->fills.push_back({{left, top, right - left, bottom - top}, kLineGray});
-    };
+    const int right = std::min(left + width, reach.left + reach.width);
+    const int bottom = std::min(top + height, reach.top + reach.height);
+    left = std::max(left, reach.left);
+    top = std::max(top, reach.top);
+    if (right > left && bottom > top)
+        page->fills.push_back({{left, top, right - left, bottom - top}, kLineGray});
+}
+
+// The lines along which it is cut, and marks outside of them.
+static void AddCutLines(PrintPage* page, const PrintStyle& style, const Box& box) {
     const int ends = kMark + kMarkGap;
     for (const int x : {box.left, box.left + box.width - kLine}) {
-        add(x, box.top, kLine, box.height);
-        add(x, box.top - ends, kLine, kMark);
-        add(x, box.top + box.height + kMarkGap, kLine, kMark);
+        AddThin(page, style, x, box.top, kLine, box.height);
+        AddThin(page, style, x, box.top - ends, kLine, kMark);
+        AddThin(page, style, x, box.top + box.height + kMarkGap, kLine, kMark);
     }
     for (const int y : {box.top, box.top + box.height - kLine}) {
-        add(box.left, y, box.width, kLine);
-        add(box.left - ends, y, kMark, kLine);
-        add(box.left + box.width + kMarkGap, y, kMark, kLine);
+        AddThin(page, style, box.left, y, box.width, kLine);
+        AddThin(page, style, box.left - ends, y, kMark, kLine);
+        AddThin(page, style, box.left + box.width + kMarkGap, y, kMark, kLine);
     }
 }
 
@@ -196,9 +201,8 @@ static void AddFront(PrintPage* page, const PrintStyle& style, const CDInfoRecor
                 std::max(0, area.height - scaled(700))};
     TrackList list;
     if (record.trackCount && FindList(style, record, rest, 1, &list)) {
-        page->fills.push_back(
-            {{area.left + area.width / 3, area.top + scaled(350), area.width / 3, scaled(20)},
-             kLineGray});
+        AddThin(page, style, area.left + area.width / 3, area.top + scaled(350), area.width / 3,
+                scaled(20));
         AddTrackList(page, style, record, rest, list);
         return;
     }
@@ -226,7 +230,7 @@ static void AddSpines(PrintPage* page, const PrintStyle& style, const CDInfoReco
     AddLine(page, style, {right, box.top + inset, width, length}, text, {size, 1}, kAlignCenter,
             kReadsDown);
     for (const int fold : {box.left + width, right})
-        page->fills.push_back({{fold, box.top, kLine, box.height}, kLineGray});
+        AddThin(page, style, fold, box.top, kLine, box.height);
 }
 
 static void AddBack(PrintPage* page, const PrintStyle& style, const CDInfoRecord& record,

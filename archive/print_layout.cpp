@@ -108,7 +108,7 @@ static constexpr int kColumnNeeds[kListColumns] = {0, 12, 18, 25, 40};
 static constexpr int kColumnShares[kListColumns] = {5, 4, 0, 0, 4};
 static constexpr PrintWord kColumnWords[kListColumns] = {kWordTitle, kWordArtist, kWordTime,
                                                          kWordTracks, kWordComment};
-static constexpr const char* kColumnSamples[kListColumns] = {"", "", "0:00:00", "100", ""};
+static constexpr const char* kColumnSamples[kListColumns] = {"", "", "0:00:00", "000", ""};
 
 static int HasColumn(const ListLayout& layout, const PrintDiscs& discs, int column) {
     if (column == kListComment && !discs.comments) return 0;
@@ -125,7 +125,7 @@ static void LayOutColumns(const PrintStyle& style, const PrintDiscs& discs, List
         if (kColumnShares[i]) continue;
         const PrintLook look = {layout->size, 1};
         layout->width[i] = std::max(PrintWidth(style.font, look, style.words[kColumnWords[i]]),
-                                    PrintWidth(style.font, look, kColumnSamples[i]));
+                                    PrintNumberWidth(style.font, look, kColumnSamples[i]));
         rest -= layout->width[i];
     }
     int left = layout->area.left;
@@ -200,16 +200,29 @@ size_t ListPages(const ListLayout& layout) {
 
 // ---- its pages
 
+// Two texts at either end of a line, of which the right one comes first where room is short. Both
+// stand on the strip's lower edge.
+static void AddEnds(PrintPage* page, const PrintStyle& style, const Box& strip,
+                    std::string_view left, PrintLook leftLook, std::string_view right,
+                    PrintLook rightLook) {
+    const int bottom = strip.top + strip.height;
+    const int leftHeight = PrintLineHeight(style.font, leftLook.size);
+    const int rightHeight = PrintLineHeight(style.font, rightLook.size);
+    const int width = std::min(PrintWidth(style.font, rightLook, right), strip.width);
+    AddLine(page, style,
+            {strip.left + strip.width - width, bottom - rightHeight, width, rightHeight}, right,
+            rightLook, kAlignRight);
+    AddLine(page, style,
+            {strip.left, bottom - leftHeight, std::max(0, strip.width - width - rightLook.size),
+             leftHeight},
+            left, leftLook);
+}
+
 static void AddListHead(PrintPage* page, const PrintStyle& style, const ListLayout& layout) {
     const Box& area = layout.area;
-    const PrintLook large = {layout.size * 3 / 2, 1}, plain = {layout.size, 0};
-    const int largeHeight = PrintLineHeight(style.font, large.size);
-    const int half = area.width / 2;
-    AddLine(page, style, {area.left, area.top, half, largeHeight}, style.words[kWordList], large);
-    AddLine(page, style,
-            {area.left + half, area.top + largeHeight - layout.lineHeight, area.width - half,
-             layout.lineHeight},
-            style.date, plain, kAlignRight);
+    const PrintLook large = {layout.size * 3 / 2, 1};
+    AddEnds(page, style, {area.left, area.top, area.width, PrintLineHeight(style.font, large.size)},
+            style.words[kWordList], large, style.date, {layout.size, 0});
     const int top = area.top + layout.headHeight;
     for (int i = 0; i < kListColumns; ++i)
         if (layout.width[i])
@@ -222,12 +235,11 @@ static void AddListHead(PrintPage* page, const PrintStyle& style, const ListLayo
 
 void AddPageFoot(PrintPage* page, const PrintStyle& style, const Box& area, int size,
                  std::string_view left, size_t number, size_t pages) {
-    const int height = PrintLineHeight(style.font, size), half = area.width / 2;
-    const int top = area.top + area.height - height;
-    AddLine(page, style, {area.left, top, half, height}, left, {size, 0});
-    AddLine(page, style, {area.left + half, top, area.width - half, height},
+    const int height = PrintLineHeight(style.font, size);
+    AddEnds(page, style, {area.left, area.top + area.height - height, area.width, height}, left,
+            {size, 0},
             PrintWordText(style, kWordPage, std::to_string(number), std::to_string(pages)),
-            {size, 0}, kAlignRight);
+            {size, 0});
 }
 
 // Lines of a cell, one below the other.

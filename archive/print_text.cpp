@@ -57,6 +57,20 @@ double PrintAdvance(const PrintFont& font, PrintLook look, std::string_view text
     return static_cast<double>(ink.place) * look.size / font.em;
 }
 
+int PrintNumberWidth(const PrintFont& font, PrintLook look, std::string_view sample) {
+    PrintLetter widest = LetterOf(font, look, '0');
+    for (char digit = '1'; digit <= '9'; ++digit) {
+        const PrintLetter& letter = LetterOf(font, look, digit);
+        widest.before = std::min(widest.before, letter.before);
+        widest.width = std::max(widest.width, letter.width);
+        widest.after = std::min(widest.after, letter.after);
+    }
+    Ink ink;
+    for (const char letter : sample)
+        AddLetter(&ink, letter == '0' ? widest : LetterOf(font, look, letter));
+    return WidthOf(ink, font, look);
+}
+
 int PrintLineHeight(const PrintFont& font, int size) {
     return RoundedUp(font.ascent + font.descent, font, {size, 0});
 }

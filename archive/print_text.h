@@ -37,6 +37,8 @@ int PrintWidth(const PrintFont& font, PrintLook look, std::string_view text);
 int PrintOverhang(const PrintFont& font, PrintLook look, std::string_view text);
 // Place of letter `index` (up to the text's length) right of the first one's, not rounded.
 double PrintAdvance(const PrintFont& font, PrintLook look, std::string_view text, size_t index);
+// What numbers of the sample's form need at most: each "0" in it stands for any digit.
+int PrintNumberWidth(const PrintFont& font, PrintLook look, std::string_view sample);
 int PrintLineHeight(const PrintFont& font, int size);
 // The largest size of letters of which `lines` fit into the height.
 int PrintSizeFor(const PrintFont& font, int height, int lines);
