@@ -389,15 +389,15 @@
 #define IDC_FACE_ALIGN_TEXT 1366
 #define IDC_FACE_ALIGN 1367
 
-// ---- cd icon: strings 520-544; cd engine configuration: strings 482-499, dialog 444
+// ---- cd icon: strings 1400-1410, icon 402; cd engine configuration: strings 482-499, dialog 444
 #define IDI_CD_ICON 402
-#define IDS_CD_ICON 520
-#define IDS_CD_ICON_SHORT 521
-#define IDS_CD_ICON_TIP 522
-#define IDS_CD_ICON_MENU 523
-#define IDS_CD_ICON_NAME 524 // what the icon says before anything else
-#define IDS_CD_ICON_PROPERTIES 525
-#define IDS_CD_ICON_OPTIONS 526 // + bit of "CDIconShowOptions", to 530
+#define IDS_CD_ICON 1400
+#define IDS_CD_ICON_SHORT 1401
+#define IDS_CD_ICON_TIP 1402
+#define IDS_CD_ICON_MENU 1403
+#define IDS_CD_ICON_NAME 1404 // what the icon says before anything else
+#define IDS_CD_ICON_PROPERTIES 1405
+#define IDS_CD_ICON_OPTIONS 1406 // + bit of "CDIconShowOptions", to 1410
 #define IDS_CD_ENGINE_CONFIGURE 482
 #define IDD_CD_CONFIG 444
 #define IDC_CD_CONFIG_DRIVE 1010
