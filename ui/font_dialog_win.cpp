@@ -13,7 +13,8 @@
 #include <map>
 #include <windowsx.h>
 
-constexpr int kRowHeight = 22, kLetterHeight = 18, kRowMargin = 4; // pixels
+constexpr int kRowHeight = 22, kRowMargin = 4; // pixels
+constexpr int kLetterHeight = -15; // of the letters: some faces leave a lot of room above
 
 namespace {
 struct FontDialog {
