@@ -37,13 +37,6 @@ static int FocusedRow(const Editor* editor) {
         SendMessageA(editor->tracks, LVM_GETNEXTITEM, static_cast<WPARAM>(-1), LVNI_FOCUSED));
 }
 
-static void SetRowState(HWND list, int row, UINT state, UINT mask) {
-    LVITEMA item = {};
-    item.state = state;
-    item.stateMask = mask;
-    SendMessageA(list, LVM_SETITEMSTATE, row, reinterpret_cast<LPARAM>(&item));
-}
-
 // ---- rows
 
 static void ShowRow(Editor* editor, size_t track) {
@@ -99,30 +92,12 @@ void SelectTrack(Editor* editor, size_t track) {
 
 // ---- the cell
 
-// Brings a cell into view and tells where it is, in the list's coordinates.
-static RECT RevealCell(const Editor* editor, const TrackCell& cell) {
-    const HWND list = editor->tracks;
-    const int row = static_cast<int>(cell.track);
-    RECT place = {}, client;
-    SendMessageA(list, LVM_ENSUREVISIBLE, row, FALSE);
-    GetClientRect(list, &client);
-    for (int pass = 0; pass < 2; ++pass) {
-        place = {LVIR_LABEL, ColumnOf(cell.field), 0, 0}; // left and top carry the question
-        SendMessageA(list, LVM_GETSUBITEMRECT, row, reinterpret_cast<LPARAM>(&place));
-        const int shift = place.left < 0 || place.right - place.left > client.right ? place.left
-                          : place.right > client.right ? place.right - client.right
-                                                       : 0;
-        if (!shift) break;
-        SendMessageA(list, LVM_SCROLL, shift, 0);
-    }
-    return place;
-}
-
 static void OpenCell(Editor* editor, const TrackCell& cell) {
     CloseCell(editor, 1);
     if (cell.track >= editor->after.trackCount) return;
     SelectTrack(editor, cell.track);
-    const RECT place = RevealCell(editor, cell);
+    const RECT place =
+        RevealCell(editor->tracks, static_cast<int>(cell.track), ColumnOf(cell.field));
     editor->cell = cell;
     editor->cellOpen = 1;
     // The place first: a text that is selected in a field without width stays scrolled out of it.

@@ -20,9 +20,7 @@ void AddColumn(HWND list, int column, UINT nameId, int width, int format) {
 }
 
 void SelectAllRows(HWND list) {
-    LVITEMA item = {};
-    item.stateMask = item.state = LVIS_SELECTED;
-    SendMessageA(list, LVM_SETITEMSTATE, static_cast<WPARAM>(-1), reinterpret_cast<LPARAM>(&item));
+    SetRowState(list, -1, LVIS_SELECTED, LVIS_SELECTED);
 }
 
 int IsSelectAllKey(const NMHDR* keyDown) {
@@ -48,6 +46,33 @@ void SetRowCount(HWND list, int rows) {
     }
     for (; count > rows; --count)
         SendMessageA(list, LVM_DELETEITEM, count - 1, 0);
+}
+
+void SetRowState(HWND list, int row, UINT state, UINT mask) {
+    LVITEMA item = {};
+    item.state = state;
+    item.stateMask = mask;
+    SendMessageA(list, LVM_SETITEMSTATE, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&item));
+}
+
+static RECT CellPlace(HWND list, int row, int column) {
+    RECT place = {LVIR_LABEL, column, 0, 0}; // left and top carry the question
+    SendMessageA(list, LVM_GETSUBITEMRECT, static_cast<WPARAM>(row),
+                 reinterpret_cast<LPARAM>(&place));
+    return place;
+}
+
+RECT RevealCell(HWND list, int row, int column) {
+    RECT client;
+    SendMessageA(list, LVM_ENSUREVISIBLE, static_cast<WPARAM>(row), FALSE);
+    GetClientRect(list, &client);
+    RECT place = CellPlace(list, row, column);
+    const int shift = place.left < 0 || place.right - place.left > client.right ? place.left
+                      : place.right > client.right ? place.right - client.right
+                                                   : 0;
+    if (!shift) return place;
+    SendMessageA(list, LVM_SCROLL, static_cast<WPARAM>(shift), 0);
+    return CellPlace(list, row, column);
 }
 
 void FitColumn(HWND list, int column, int columns) {
