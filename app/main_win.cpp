@@ -2,6 +2,7 @@
 // console's message loop.
 #include "app/install_win.h"
 #include "app/table_win.h"
+#include "archive/exchange_win.h"
 #include "cd/engine_win.h"
 #include "cdinfo/store.h"
 #include "core/command_line.h"
@@ -78,6 +79,8 @@ static int RunLoop() {
 static void OpenDatabase() {
     EnsureDatabase(nullptr);
     EnsureDatabase(nullptr); // the second open proves what the first one made
+    MigrateRegistryDiscs();
+    MigrateIniDiscs();
 }
 
 static int RunFirstInstance(HINSTANCE instance, const StartRequest& request, UINT taskbarCreated) {
