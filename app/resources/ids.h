@@ -475,7 +475,28 @@
 #define IDS_DATABASE_MENU_POWER 1230
 #define IDS_DATABASE_MENU_DIRECTION 1231
 
-// ---- import, export, migration: strings 1260-1299; dialogs 480-483
+// ---- import, export, migration: strings 1260-1299; dialogs 480-483; controls 1260-1269
+#define IDD_IMPORT 480
+#define IDD_EXPORT 481
+#define IDC_TRANSFER_INI 1260
+#define IDC_TRANSFER_HINT 1261
+#define IDC_IMPORT_FOLDER 1262
+#define IDC_EXPORT_SEPARATOR 1263
+#define IDC_EXPORT_COMMA 1264
+#define IDC_EXPORT_TAB 1265
+#define IDS_IMPORT_CAPTION 1260
+#define IDS_IMPORT_FILTER 1261 // pairs of text and pattern, "|" for the NULs
+#define IDS_EXPORT_CAPTION 1262
+#define IDS_EXPORT_FILTER 1263 // the same
+#define IDS_EXPORT_NAME 1264
+#define IDS_EXPORT_REPLACE 1265
+#define IDS_IMPORT_CDP_HINT 1266
+#define IDS_IMPORT_CDDB_HINT 1267
+#define IDS_IMPORT_CUE_HINT 1268
+#define IDS_EXPORT_NEW_HINT 1269
+#define IDS_EXPORT_CDP_HINT 1270
+#define IDS_EXPORT_FOLDER_HINT 1271
+#define IDS_TRANSFER_INI_HINT 1272
 #define IDS_CDP_FAULTS 1284 // + CdpFault - 1, up to 1290
 #define IDS_MIGRATE_REGISTRY 1291
 #define IDS_MIGRATE_INI 1292
