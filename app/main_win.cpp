@@ -3,6 +3,8 @@
 #include "app/install_win.h"
 #include "app/table_win.h"
 #include "archive/exchange_win.h"
+#include "archive/store_queue_win.h"
+#include "archive/transfer_win.h"
 #include "cd/engine_win.h"
 #include "cdinfo/store.h"
 #include "core/command_line.h"
@@ -21,6 +23,7 @@
 constexpr const char* kBuildDate = "Feb  4 2006";
 
 constexpr int kExitHandedOver = 1;
+constexpr DWORD kLastChangesMs = 2000; // for what the manager still has to store
 constexpr uint32_t kLongestHold = 50, kUsualHold = 5; // buffers
 
 constexpr float kBandCentres[16] = {150,  400,  600,  800,  1000, 1500,  2000,  2500,
@@ -94,6 +97,8 @@ static int RunFirstInstance(HINSTANCE instance, const StartRequest& request, UIN
     UIOptions.PPlay = static_cast<LONG>(request.PPlay);
     const int result = CreateConsole(start) ? RunLoop() : 0;
     FlushCdRecords(); // typed while another program held the database
+    FinishChanges(kLastChangesMs);
+    FinishTransfers(kLastChangesMs);
     ExchangeShared(SHARED_FIELD(RunningFlags), 0);
     return result;
 }
