@@ -11,6 +11,7 @@
 #include "mixer/engine_win.h"
 #include "mixer/mixer_win.h"
 #include "resources/ids.h"
+#include "ui/layouts_window_win.h"
 #include "waves/analyzer_win.h"
 #include "waves/meter_win.h"
 #include "waves/scope_win.h"
@@ -160,6 +161,15 @@ const ComponentTable* Components() {
          .shortLabel = IDS_SHORT_NAMES + kMixerWindowId,
          .tip = IDS_MIXER_TIP,
          .menu = IDS_MIXER},
+        {.traits = {.kind = kWindowComponent,
+                    .windowId = kLayoutsWindowId,
+                    .command = kConsoleLayouts,
+                    .stopRank = 6},
+         .thread = LayoutsThread(),
+         .label = IDS_LAYOUTS,
+         .shortLabel = IDS_SHORT_NAMES + kLayoutsWindowId,
+         .tip = IDS_LAYOUTS_TIP,
+         .menu = IDS_LAYOUTS_ICON_MENU},
         {.traits = {.kind = kIconComponent,
                     .command = kConsoleVolumeIcon,
                     .engine = kConsoleWavesEngine,

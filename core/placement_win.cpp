@@ -26,12 +26,16 @@ static Bounds ScreenBounds() {
     return {area.left, area.top, area.right, area.bottom};
 }
 
+void KeepPlacementInSight(WindowPlacement* placement) {
+    ClampPlacement(placement, ScreenBounds());
+}
+
 int LoadWindowPlacement(uint32_t windowId, WindowPlacement* placement) {
     *placement = DefaultPlacement(windowId);
     for (const auto& value : kValues)
         ReadWindowSetting(windowId, value.name, kRegBinary, 4,
                           reinterpret_cast<char*>(placement) + value.offset);
-    ClampPlacement(placement, ScreenBounds());
+    KeepPlacementInSight(placement);
     return 1;
 }
 

@@ -58,3 +58,5 @@ struct WindowPlacement {
 // Fills defaults, reads the five values, moves the rectangle so that 20 pixels stay in sight.
 int LoadWindowPlacement(uint32_t windowId, WindowPlacement* placement);
 int WriteWindowPlacement(const WindowPlacement& placement);
+// The same move alone.
+void KeepPlacementInSight(WindowPlacement* placement);

@@ -14,6 +14,7 @@
 #include "resources/ids.h"
 #include "ui/button_win.h"
 #include "ui/components.h"
+#include "ui/layouts_win.h"
 #include "ui/menu_win.h"
 #include "ui/trackbar_win.h"
 #include "ui/window_thread_win.h"
@@ -199,6 +200,7 @@ static void OnContextMenu(HWND window, POINT at) {
     const HMENU menu = CreatePopupMenu();
     if (!menu) return;
     AppendMenuEntry(menu, kMixerConfigure, IDS_MIXER_MENU_CONFIGURE);
+    AppendLayoutsMenu(menu);
     ShowMenu(menu, window, at, TPM_CENTERALIGN | TPM_VCENTERALIGN);
 }
 

@@ -149,9 +149,7 @@ static void SwitchOn(int row) {
     if (engine) JoinMixer();
 }
 
-void ToggleComponent(int row) {
-    if (s_console.shuttingDown || s_console.switching) return;
-    s_console.switching = 1;
+void SwitchRow(int row) {
     if (Row(row).traits.kind != kEngineComponent) Sleep(kBeforeToggleMs);
     if (RowIsOn(row)) {
         StopRow(row);
@@ -159,6 +157,12 @@ void ToggleComponent(int row) {
     } else {
         SwitchOn(row);
     }
+}
+
+void ToggleComponent(int row) {
+    if (s_console.shuttingDown || s_console.switching) return;
+    s_console.switching = 1;
+    SwitchRow(row);
     s_console.switching = 0;
 }
 

@@ -5,6 +5,7 @@
 #include "core/strings_win.h"
 #include "resources/ids.h"
 #include "ui/framework_win.h"
+#include "ui/layouts_win.h"
 #include "ui/menu_win.h"
 
 static void AddEngineItems(HMENU menu, int row) {
@@ -46,8 +47,9 @@ void ShowContextMenu(POINT screen) {
     AppendMenuSeparator(menu);
     AppendMenuEntry(menu, kConsoleColors, IDS_MENU_COLORS);
     AppendMenuEntry(menu, kConsoleFont, IDS_MENU_FONT);
-    AppendMenuSeparator(menu);
     AppendMenuEntry(menu, kConsoleHotkeys, IDS_MENU_HOTKEYS);
+    AppendMenuSeparator(menu);
+    AppendLayoutsMenu(menu);
     ShowMenu(menu, s_console.window, screen, TPM_CENTERALIGN | TPM_VCENTERALIGN);
 }
 
@@ -64,6 +66,8 @@ void ShowIconMenu() {
     if (!menu) return;
     AppendMenuEntry(menu, kConsoleTaskbarOnly, IDS_MENU_TASKBAR_ONLY,
                     !IsWindowVisible(s_console.window));
+    AppendMenuSeparator(menu);
+    AppendLayoutsMenu(menu);
     AppendMenuSeparator(menu);
     AppendSubmenu(menu, RowsMenu(1), IDS_MENU_ENGINES);
     AppendMenuSeparator(menu);

@@ -47,6 +47,7 @@ void OpenSlotWindows(HWND windows[kWindowSlots]);
 
 // ---- console_components_win.cpp: switching components
 void ToggleComponent(int row);
+void SwitchRow(int row); // the toggle itself, for those who hold s_console.switching
 // A notice or the timer: gives up what has ended by itself. Does nothing while it still runs.
 void NoticeEnded(int row);
 void NoticeAllEnded();
@@ -71,6 +72,10 @@ void ChangeVolume(int delta); // percent, within 1 to 99
 void JoinMixer();             // its engine may have started: hears of changes, and shows the volume
 // Row of the lamp at a client point, -1 none.
 int LampAt(POINT point);
+
+// ---- console_layouts_win.cpp
+// raise: a window that is to lie on top afterwards, or 0.
+void OnLayoutCommand(int layout, LPARAM raise);
 
 // ---- console_group_win.cpp: the windows as a group
 void MoveGroup(int senderId, int dx, int dy);

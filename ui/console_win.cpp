@@ -8,6 +8,7 @@
 #include "ui/appearance_win.h"
 #include "ui/console_state_win.h"
 #include "ui/framework_win.h"
+#include "ui/layouts_win.h"
 #include "ui/hotkeys_win.h"
 #include "ui/menu_win.h"
 #include "ui/window_thread_win.h"
@@ -197,7 +198,9 @@ static LRESULT OnCommand(WPARAM wParam, LPARAM lParam) {
             SendMessageA(s_console.volume, WM_COMMAND, kWheelStep, lParam);
         break;
     default:
-        if (!OnTableCommand(LOWORD(wParam))) return OnGroupCommand(wParam, lParam);
+        if (LOWORD(wParam) >= kLayoutFirst && LOWORD(wParam) <= kLayoutLast)
+            OnLayoutCommand(LOWORD(wParam) - kLayoutFirst, lParam);
+        else if (!OnTableCommand(LOWORD(wParam))) return OnGroupCommand(wParam, lParam);
     }
     return 0;
 }
@@ -385,6 +388,7 @@ static void LoadIconLibrary() {
 HWND CreateConsole(const ConsoleStart& start) {
     s_console.start = start;
     InitCommonControls();
+    ChooseFirstLayout();
     ReadOptions();
     LoadAppearance();
     if (!MakeWindow()) return nullptr;

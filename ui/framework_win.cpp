@@ -12,6 +12,7 @@
 #include "ui/appearance_win.h"
 #include "ui/control_win.h"
 #include "ui/indicator_win.h"
+#include "ui/layouts_win.h"
 #include "ui/paint_win.h"
 
 #include <cstring>
@@ -229,6 +230,9 @@ static void OnKeyDown(HWND window, WPARAM key) {
     case VK_PRIOR:
     case VK_NEXT:
     case VK_PLAY: AskOwner(*Data(window), kForwardKey, static_cast<LPARAM>(key)); break;
+    case VK_HOME: // posted: the layout may close this very window, and waits for its end
+        PostMessageA(Data(window)->Owner, WM_COMMAND, kLayoutFirst + SelectedLayout(), 0);
+        break;
     case VK_LEFT:
     case VK_UP:
     case VK_RIGHT:

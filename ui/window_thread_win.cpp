@@ -79,6 +79,10 @@ LRESULT PassOnMessage(ComponentWindow* component, HWND window, UINT message, WPA
     switch (message) {
     case WM_SIZE: LayOut(*component, window); break;
     case WM_COMMAND:
+        if (LOWORD(wParam) >= kLayoutFirst && LOWORD(wParam) <= kLayoutLast) {
+            PostMessageA(component->thread.Owner, WM_COMMAND, wParam, lParam);
+            return 0;
+        }
         if (LOWORD(wParam) == kColorsChanged) {
             SetWindowBkColor(window, Colors.CmpntBkClr); // components take panels' shades from it
             LayOut(*component, window);

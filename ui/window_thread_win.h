@@ -26,6 +26,7 @@ ComponentThread* ComponentThreadOf(ComponentWindow* component);
 // What a component's procedure does with every message that it does not fully handle: WM_SIZE,
 // kLookChanged and kFontChanged lay out, WM_CLOSE destroys, WM_DESTROY runs OnDestroy and ends the
 // loop, SC_SCREENSAVE is swallowed while the saver is held off; then the framework's procedure.
+// The commands of layouts go on to the owner.
 LRESULT PassOnMessage(ComponentWindow* component, HWND window, UINT message, WPARAM wParam,
                       LPARAM lParam);
 

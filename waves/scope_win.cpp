@@ -13,10 +13,8 @@
 
 static constexpr UINT_PTR kTimerId = 799;
 static constexpr UINT kTimerMs = 35;
-static constexpr int kFirstPassedOn = 200, kLastPassedOn = 205; // commands that the console takes
 
 static ScopeWindow s_scope;
-static HWND Owner();
 
 // ---- acting
 
@@ -34,11 +32,7 @@ static void EditColors(ScopeWindow* scope) {
     if (EditScopeColors(scope->window, &scope->settings)) scope->repaintBackground = 1;
 }
 
-static int OnCommand(ScopeWindow* scope, int id, WPARAM wParam, LPARAM lParam) {
-    if (id >= kFirstPassedOn && id <= kLastPassedOn) {
-        PostMessageA(Owner(), WM_COMMAND, wParam, lParam);
-        return 1;
-    }
+static int OnCommand(ScopeWindow* scope, int id) {
     for (const auto& toggle : kToggles) {
         if (toggle.id != id) continue;
         scope->settings.*toggle.flag ^= 1;
@@ -127,17 +121,11 @@ static ComponentWindow s_component = {.title = "ScopeUI",
                                       .OnSave = OnSave,
                                       .Forget = Forget};
 
-static HWND Owner() {
-    return s_component.thread.Owner;
-}
-
 static LRESULT ScopeProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
     ScopeWindow* scope = &s_scope;
     if (scope->window == window) switch (message) {
         case WM_COMMAND:
-            if (HIWORD(wParam) == kButtonClicked &&
-                OnCommand(scope, LOWORD(wParam), wParam, lParam))
-                return 0;
+            if (HIWORD(wParam) == kButtonClicked && OnCommand(scope, LOWORD(wParam))) return 0;
             break;
         case WM_TIMER:
             if (wParam != kTimerId) break;
