@@ -1,0 +1,234 @@
+// Bitmaps in force: what is stored and what of it counts, which files are taken, and the pixels
+// that windows and their controls show.
+#include "core/settings.h"
+#include "kit.h"
+#include "resources/ids.h"
+#include "tests/support/bitmap_file.h"
+#include "ui/appearance_win.h"
+#include "ui/button_win.h"
+#include "ui/framework_win.h"
+#include "ui/indicator_win.h"
+#include "ui/trackbar_win.h"
+
+#include <cstring>
+#include <gtest/gtest.h>
+#include <thread>
+
+constexpr const char* kFile = "C:\\marked.bmp";
+constexpr uint32_t kFirstId = 71, kSecondId = 72;
+constexpr COLORREF kPlain = 0x404040;
+
+static BitmapSettings Marked(uint32_t align = kAlignObject, uint32_t stretch = 0,
+                             const char* file = kFile) {
+    BitmapSettings settings = {1, 0, stretch, align, {}};
+    strcpy(settings.FileName, file);
+    return settings;
+}
+
+static int Mod(int value, int extent) {
+    return ((value % extent) + extent) % extent;
+}
+
+// Which pixel of the marked bitmap a client pixel shows, as column * 10 + row; -1 none.
+static int Shown(HWND window, int x, int y) {
+    UpdateWindow(window);
+    const HDC dc = GetDC(window);
+    const COLORREF color = GetPixel(dc, x, y);
+    ReleaseDC(window, dc);
+    for (int i = 0; i < kMarkedWidth * kMarkedHeight; ++i)
+        if (color == MarkedColor(i % kMarkedWidth, i / kMarkedWidth))
+            return i % kMarkedWidth * 10 + i / kMarkedWidth;
+    return -1;
+}
+
+static int Mark(int x, int y) {
+    return Mod(x, kMarkedWidth) * 10 + Mod(y, kMarkedHeight);
+}
+
+namespace {
+// Two framework windows without an owner, side by side, the second one lower.
+struct Appearance : testing::Test {
+    void SetUp() override {
+        DeleteRegTree(kUserRoot, kSettingsRoot);
+        LoadAppearance();
+        UIOptions = {};
+        ASSERT_TRUE(WriteMarkedBitmap(kFile));
+        ParkPointer();
+        first = Window(kFirstId, 303, 301);
+        second = Window(kSecondId, 522, 347);
+        Pump();
+    }
+    void TearDown() override {
+        DestroyWindow(first);
+        DestroyWindow(second);
+        Pump();
+        UseBackground({});
+        UseButtonFace({});
+        DeleteFileA(kFile);
+        DeleteRegTree(kUserRoot, kSettingsRoot);
+    }
+    static HWND Window(uint32_t id, int x, int y) {
+        SetSavedPlacement(id, x, y, 200, 150);
+        const HWND window = CreateUIWindow(GetModuleHandleA(nullptr), id, "TrialUI", 0, nullptr);
+        SetWindowPos(window, HWND_TOPMOST, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE);
+        SetWindowBkColor(window, kPlain);
+        return window;
+    }
+    // In force and seen, as the console does it.
+    static void Use(const BitmapSettings& settings) {
+        UseBackground(settings);
+        for (const HWND window : Windows())
+            RedrawWindow(window, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
+        Pump();
+    }
+    static std::vector<HWND> Windows() { return {first, second}; }
+    static HWND first, second;
+};
+HWND Appearance::first, Appearance::second;
+} // namespace
+
+TEST_F(Appearance, SettingsWithoutForceFillOnlyWhatIsMissing) {
+    WriteRegDword(kUserRoot, kSettingsRoot, "BkgrndBmpAlign", kRegDword, 2);
+    WriteRegString(kUserRoot, kSettingsRoot, "BtnFaceFileName", "mine");
+    const BitmapSettings wanted = {1, 1, 1, 3, "C:\\other.bmp"};
+    BitmapSettings read;
+    memset(&read, 0xEE, sizeof read);
+    ReadBackgroundSettings(&read);
+    const BitmapSettings missing = {0, 0, 0, 2, {}};
+    EXPECT_EQ(memcmp(&read, &missing, sizeof read), 0);
+    EXPECT_TRUE(SaveBackgroundSettings(wanted, 0));
+    EXPECT_TRUE(SaveButtonFaceSettings(wanted, 0));
+    ReadBackgroundSettings(&read);
+    EXPECT_EQ(read.Align, 2u);
+    EXPECT_EQ(read.Stretch, 1u);
+    EXPECT_STREQ(read.FileName, wanted.FileName);
+    ReadButtonFaceSettings(&read);
+    EXPECT_STREQ(read.FileName, "mine");
+    EXPECT_EQ(read.Align, 3u);
+    EXPECT_TRUE(SaveButtonFaceSettings(wanted, 1));
+    ReadButtonFaceSettings(&read);
+    EXPECT_EQ(memcmp(&read, &wanted, sizeof read), 0);
+    EXPECT_EQ(ReadRegDword(kUserRoot, kSettingsRoot, "UseDefaultBtnFaceBmp"), 1u);
+}
+
+TEST_F(Appearance, WindowsShowThePictureByAlignmentAlsoLeftOfTheScreen) {
+    const RECT a = {303, 301, 0, 0}, b = {522, 347, 0, 0};
+    const struct {
+        uint32_t align;
+        POINT first, second; // where on the picture their upper left corners are
+    } cases[] = {{kAlignObject, {0, 0}, {0, 0}},
+                 {kAlignParent, {0, 0}, {0, 0}},
+                 {kAlignGroup, {0, 0}, {b.left - a.left, b.top - a.top}},
+                 {kAlignScreen, {a.left, a.top}, {b.left, b.top}},
+                 {77, {0, 0}, {0, 0}}};
+    for (const auto& c : cases) {
+        Use(Marked(c.align));
+        for (const POINT at : {POINT{2, 2}, POINT{60, 41}, POINT{180, 130}}) {
+            EXPECT_EQ(Shown(first, at.x, at.y), Mark(c.first.x + at.x, c.first.y + at.y))
+                << c.align;
+            EXPECT_EQ(Shown(second, at.x, at.y), Mark(c.second.x + at.x, c.second.y + at.y))
+                << c.align;
+        }
+    }
+    Use(Marked(kAlignScreen));
+    SetWindowPos(first, nullptr, -45, -38, 0, 0, SWP_NOSIZE | SWP_NOZORDER);
+    EXPECT_EQ(Shown(first, 60, 50), Mark(-45 + 60, -38 + 50)) << "it follows the move";
+    Use(Marked(kAlignGroup));
+    SetWindowPos(first, nullptr, -35, -30, 0, 0, SWP_NOSIZE | SWP_NOZORDER);
+    Pump();
+    EXPECT_EQ(Shown(first, 60, 50), Mark(60, 50));
+    EXPECT_EQ(Shown(second, 60, 50), Mark(522 + 35 + 60, 347 + 30 + 50)) << "so does the group";
+    DestroyWindow(first);
+    Pump();
+    EXPECT_EQ(Shown(second, 60, 50), Mark(60, 50)) << "what is left of the group";
+    UseBackground({});
+    InvalidateRect(second, nullptr, TRUE);
+    EXPECT_EQ(CountPixels(second, {60, 50, 62, 51}, kPlain), 2);
+}
+
+TEST_F(Appearance, StretchedItFillsTheWindowBehindTheEdge) {
+    Use(Marked(kAlignScreen, 1));
+    const RECT client = ClientRect(first);
+    for (int column = 0; column < kMarkedWidth; ++column)
+        for (int row = 0; row < kMarkedHeight; ++row) {
+            const int x = client.right * (2 * column + 1) / (2 * kMarkedWidth);
+            const int y = client.bottom * (2 * row + 1) / (2 * kMarkedHeight);
+            EXPECT_EQ(Shown(first, x, y), column * 10 + row);
+        }
+    for (const POINT at : {POINT{0, 70}, POINT{1, 70}, POINT{90, 1}, POINT{90, client.bottom - 1}})
+        EXPECT_EQ(Shown(first, at.x, at.y), -1) << at.x << " " << at.y;
+}
+
+TEST_F(Appearance, ControlsShowWhatTheyShould) {
+    const HWND lamp = CreateTNVIndicator(0, WS_VISIBLE, 13, 17, 40, 20, first, 700, nullptr);
+    const HWND bar = CreateTNVTrackBar(WS_VISIBLE, 65, 19, 90, 40, first, 701, nullptr);
+    const HWND button = CreateTNVButton("", WS_VISIBLE, 24, 83, 50, 30, first, 702, nullptr);
+    SetButtonColors(button, 0, 0x123456, 0);
+    Use(Marked(kAlignScreen));
+    EXPECT_EQ(Shown(lamp, 3, 4), Mark(303 + 13 + 3, 301 + 17 + 4)) << "as the window beneath";
+    EXPECT_EQ(Shown(bar, 40, 5), Mark(303 + 65 + 40, 301 + 19 + 5));
+    EXPECT_EQ(CountPixels(button, {10, 10, 12, 11}, 0x123456), 2) << "no bitmap for faces";
+    UseButtonFace(Marked(kAlignParent));
+    Use({});
+    EXPECT_EQ(Shown(button, 10, 10), Mark(24 + 10, 83 + 10));
+    EXPECT_EQ(CountPixels(lamp, {3, 4, 5, 5}, kPlain), 2);
+    EXPECT_EQ(CountPixels(bar, {40, 5, 42, 6}, 0), 2);
+    Use(Marked(kAlignScreen, 1));
+    const int under = Shown(lamp, 20, 10);
+    ShowWindow(lamp, SW_HIDE);
+    EXPECT_EQ(Shown(first, 33, 27), under) << "the window's stretch, not one of its own";
+    EXPECT_EQ(Shown(bar, 85, 2), 60) << "a bar's own stretch";
+}
+
+// The built-in one, by its size, or the file's.
+TEST_F(Appearance, AFileThatFailsGivesTheBuiltInBitmap) {
+    const auto widthOf = [](const BitmapSettings& settings) {
+        EXPECT_TRUE(SaveBackgroundSettings(settings, 1));
+        BITMAP info = {};
+        GetObjectA(GetBackgroundBitmap(settings), sizeof info, &info);
+        EXPECT_TRUE(!info.bmWidth || info.bmBits) << "a section";
+        return info.bmWidth;
+    };
+    const LONG builtIn = widthOf({1, 1, 0, 0, {}});
+    EXPECT_GT(builtIn, kMarkedWidth);
+    EXPECT_EQ(widthOf(Marked()), kMarkedWidth);
+    for (const char* file :
+         {"", "C:\\", "C:\\nothing.bmp", "NUL", "C:\\?.bmp", "C:\\windows\\win.ini"})
+        EXPECT_EQ(widthOf(Marked(0, 0, file)), builtIn) << file;
+    for (const size_t size : {0, 13, 53, 54, 100}) {
+        ASSERT_TRUE(WriteMarkedBitmap(kFile, size));
+        EXPECT_EQ(widthOf(Marked()), builtIn) << size;
+    }
+    ASSERT_TRUE(WriteMarkedBitmap(kFile));
+    EXPECT_EQ(widthOf(Marked()), kMarkedWidth) << "loaded anew by saving";
+    const HANDLE locked = CreateFileA(kFile, GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr);
+    EXPECT_EQ(widthOf(Marked()), builtIn) << "held by somebody";
+    CloseHandle(locked);
+    EXPECT_EQ(widthOf({1, 1, 0, 0, {}}), builtIn);
+}
+
+// Threads paint while bitmaps come and go beneath them.
+TEST_F(Appearance, BitmapsAreReplacedUnderThePaintingThreads) {
+    volatile LONG stop = 0, wrong = 0, painted = 0;
+    const auto paint = [&] {
+        const HDC dc = CreateCompatibleDC(nullptr), screen = GetDC(nullptr);
+        const HBITMAP bitmap = CreateCompatibleBitmap(screen, 64, 64);
+        const HGDIOBJ before = SelectObject(dc, bitmap);
+        while (!stop) {
+            if (!DrawBackground(dc, {0, 0, 64, 64}, first)) InterlockedIncrement(&wrong);
+            InterlockedIncrement(&painted);
+        }
+        DeleteObject(SelectObject(dc, before));
+        DeleteDC(dc);
+        ReleaseDC(nullptr, screen);
+    };
+    UseBackground(Marked());
+    std::thread one(paint), two(paint);
+    for (int i = 0; i < 300; ++i)
+        UseBackground(i % 2 ? Marked() : BitmapSettings{1, 1, 0, 0, {}});
+    EXPECT_TRUE(PumpUntil([&] { return painted > 200; }));
+    stop = 1;
+    one.join();
+    two.join();
+    EXPECT_EQ(wrong, 0);
+}
