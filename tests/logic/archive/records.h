@@ -1,0 +1,103 @@
+// Discs for the tests of the exchange forms: made of a seed, so that many differ in everything.
+#pragma once
+#include "archive/exchange.h"
+#include "core/text.h"
+
+#include <cstdio>
+#include <cstring>
+#include <memory>
+#include <random>
+
+using RecordPointer = std::unique_ptr<CDInfoRecord>;
+
+// A disc as the database gives it back: timing, artists, titles, no comments.
+inline RecordPointer MakeDisc(uint32_t identity, uint16_t tracks, const char* title = "A title",
+                              const char* artist = "Somebody") {
+    auto record = std::make_unique<CDInfoRecord>();
+    record->trackCount = tracks;
+    CopyText(record->title, title);
+    for (uint32_t i = 0; i <= tracks; ++i)
+        record->trackStarts[i] = 150 + i * 15000;
+    for (uint32_t i = 0; i < tracks; ++i) {
+        CopyText(record->trackArtists[i], artist);
+        DefaultTrackTitle(record->trackTitles[i], i + 1);
+    }
+    SetIdentity(record.get(), identity);
+    CompleteRecord(record.get());
+    return record;
+}
+
+// Texts of any length with all that means something in one of the forms, but quotes and blanks at
+// the ends, which some can't carry.
+inline void FillText(std::mt19937& random, char* text, size_t size, const char* usual) {
+    static const char* const kPieces[] = {"a", "Z", "\\", "\\n", "=",   ";", "[",  "]",
+                                          "#", "'", " x", "/",   " /z", ",", "%s", "REM"};
+    if (random() % 8 == 0) return CopyText(text, size, usual);
+    text[0] = 0;
+    for (size_t n = 1 + random() % size; n; --n) {
+        const char* piece = kPieces[random() % (sizeof kPieces / sizeof *kPieces)];
+        if (std::strlen(text) + std::strlen(piece) < size) AppendText(text, size, piece);
+    }
+    TrimText(text, size);
+    if (!text[0]) CopyText(text, size, usual);
+}
+
+inline RecordPointer RandomDisc(uint32_t seed, uint16_t maxTracks) {
+    std::mt19937 random(seed);
+    const auto tracks = static_cast<uint16_t>(1 + random() % maxTracks);
+    auto record = MakeDisc(random() | 1, tracks);
+    FillText(random, record->title, kTextSize, kUnknownTitle);
+    FillText(random, record->comment, kCommentSize - 1, "");
+    for (uint32_t i = 0; i < tracks; ++i) {
+        char usual[kTextSize];
+        DefaultTrackTitle(usual, i + 1);
+        if (seed % 2 || !i) FillText(random, record->trackArtists[i], kTextSize, kDefaultArtist);
+        if (seed % 2 == 0) CopyText(record->trackArtists[i], record->trackArtists[0]);
+        FillText(random, record->trackTitles[i], kTextSize, usual);
+        FillText(random, record->trackComments[i], kCommentSize - 1, "");
+        record->trackStarts[i + 1] = record->trackStarts[i] + 1 + random() % 6000;
+    }
+    if (seed % 3) {
+        record->programCount = static_cast<uint16_t>(1 + random() % kMaxSegments);
+        for (uint32_t i = 0; i < record->programCount; ++i)
+            record->program[i] = WholeTrackSegment(*record, 1 + random() % tracks);
+    }
+    record->revision = static_cast<uint16_t>(random());
+    CompleteRecord(record.get());
+    return record;
+}
+
+// "" when both have the same texts and tracks, else the first difference.
+inline std::string Differs(const CDInfoRecord& a, const CDInfoRecord& b) {
+    const auto say = [](const char* what, size_t i, const std::string& x, const std::string& y) {
+        return std::string(what) + " " + std::to_string(i) + ": [" + x + "] [" + y + "]";
+    };
+    if (a.identity != b.identity) return say("identity", 0, a.identityText, b.identityText);
+    if (a.trackCount != b.trackCount) return "track count";
+    if (std::strcmp(a.title, b.title)) return say("title", 0, a.title, b.title);
+    if (std::strcmp(a.discArtist, b.discArtist))
+        return say("artist", 0, a.discArtist, b.discArtist);
+    for (size_t i = 0; i < a.trackCount; ++i) {
+        if (std::strcmp(a.trackArtists[i], b.trackArtists[i]))
+            return say("artist of", i, a.trackArtists[i], b.trackArtists[i]);
+        if (std::strcmp(a.trackTitles[i], b.trackTitles[i]))
+            return say("title of", i, a.trackTitles[i], b.trackTitles[i]);
+    }
+    return "";
+}
+
+// The rest: timing, comments, and with `program` that and the revision.
+inline std::string DiffersFurther(const CDInfoRecord& a, const CDInfoRecord& b, int program) {
+    for (size_t i = 0; i <= a.trackCount; ++i) {
+        if (a.trackStarts[i] != b.trackStarts[i]) return "start " + std::to_string(i);
+    }
+    if (std::strcmp(a.comment, b.comment)) return std::string(a.comment) + "|" + b.comment;
+    for (size_t i = 0; i < a.trackCount; ++i) {
+        if (std::strcmp(a.trackComments[i], b.trackComments[i]))
+            return std::string(a.trackComments[i]) + "|" + b.trackComments[i];
+    }
+    if (!program) return "";
+    if (a.revision != b.revision) return "revision";
+    if (a.programCount != b.programCount) return "program count";
+    return std::memcmp(a.program, b.program, a.programCount * sizeof a.program[0]) ? "program" : "";
+}
