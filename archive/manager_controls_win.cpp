@@ -168,6 +168,7 @@ void LayOutManagerWindow(ManagerWindow* manager, int width, int height) {
     if (*wanted) manager->layout = LayOutManager(width, height, WishFor(*wanted));
     CloseManagerCell(manager, 1);
     PlaceAll(manager);
+    FitManagerColumns(manager, width);
     GiveFonts(manager);
     ApplyColors(*manager);
     InvalidateRect(manager->window, nullptr, TRUE);

@@ -13,7 +13,7 @@ static constexpr int kMinList = 48;
 static constexpr int kMinSummary = 30;
 static constexpr int kWideStrip = 460; // indicators and search field in one row
 static constexpr int kMinSearch = 80, kMaxSearch = 200;
-static constexpr int kMinCell = 48; // width of a button whose label can be read
+static constexpr int kMinCell = 41; // width of a button whose label can be read
 
 const int kManagerControlIds[kManagerControls] = {
     kManagerName,    kManagerView,    kManagerSort,   kManagerProgress, kManagerExport,

@@ -34,6 +34,16 @@ static void AddColumns(ManagerWindow* manager, int from, int to) {
     }
 }
 
+// Columns that have the width by rule keep it when the window gets another one.
+void FitManagerColumns(ManagerWindow* manager, int clientWidth) {
+    const int before = manager->columnRule, now = clientWidth / 5;
+    manager->columnRule = now;
+    if (before == now || !before) return;
+    for (int i = 0; i < ShownColumns(*manager); ++i)
+        if (AskList(*manager, LVM_GETCOLUMNWIDTH, static_cast<WPARAM>(i), 0) == before)
+            AskList(*manager, LVM_SETCOLUMNWIDTH, static_cast<WPARAM>(i), MAKELPARAM(now, 0));
+}
+
 static void OrderColumns(ManagerWindow* manager) {
     int shown[kTrackViewColumns];
     const int count = ShownColumns(*manager);

@@ -67,6 +67,7 @@ struct ManagerWindow {
     std::vector<RowKey> outOfSight; // selected rows that the search hides
     UINT status = 0;                // string that stands in place of the count; 0: the count
     int tracksShown = 0;            // the list has the track view's columns
+    int columnRule = 0;             // width of a column by rule: a fifth of the window's
 
     std::shared_ptr<ReadJob> reading; // a thread is at it
     std::shared_ptr<ReadJob> filling; // read, and being taken over
@@ -115,6 +116,7 @@ int CreateManagerList(ManagerWindow* manager);
 void ArrangeManager(ManagerWindow* manager);
 void ShowManagerView(ManagerWindow* manager, CatalogView view);
 void SortManager(ManagerWindow* manager, SortKey key, int ascending);
+void FitManagerColumns(ManagerWindow* manager, int clientWidth);
 void NoteManagerColumns(ManagerWindow* manager); // order and widths, into the settings
 std::vector<RowKey> SelectedRows(const ManagerWindow& manager);
 // The discs of the selected rows, each once, in the list's order; all shown where none is selected.
