@@ -2,6 +2,7 @@
 #include "app/help_win.h"
 #include "app/table_win.h"
 #include "cd/config_win.h"
+#include "archive/manager_win.h"
 #include "cd/engine_win.h"
 #include "cd/icon_win.h"
 #include "cd/player_win.h"
@@ -161,6 +162,14 @@ const ComponentTable* Components() {
          .shortLabel = IDS_SHORT_NAMES + kMixerWindowId,
          .tip = IDS_MIXER_TIP,
          .menu = IDS_MIXER},
+        {.traits = {.kind = kWindowComponent,
+                    .windowId = kDatabaseWindowId,
+                    .command = kConsoleDatabase,
+                    .stopRank = 7},
+         .thread = DatabaseThread(),
+         .label = IDS_DATABASE_NAME,
+         .shortLabel = IDS_DATABASE_SHORT,
+         .tip = IDS_DATABASE_TIP},
         {.traits = {.kind = kWindowComponent,
                     .windowId = kLayoutsWindowId,
                     .command = kConsoleLayouts,
