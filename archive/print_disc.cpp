@@ -8,7 +8,7 @@
 
 constexpr int kNarrow = 24; // letter sizes; narrower pages have no column for artists
 constexpr int kTitleLines = 3, kArtistLines = 2, kCommentLines = 12;
-constexpr int kTrackLines = 2, kTrackCommentLines = 4;
+constexpr int kTrackLines = 3, kTrackCommentLines = 4;
 
 namespace {
 struct Strip {
@@ -50,7 +50,9 @@ static void AddParagraph(DiscFlow* flow, std::string_view text, PrintLook look, 
 static void AddHeading(DiscFlow* flow) {
     const CDInfoRecord& record = flow->record;
     AddParagraph(flow, record.title, {flow->size * 2, 1}, kTitleLines);
+    AddGap(flow, flow->size / 3);
     AddParagraph(flow, DiscArtistOf(flow->style, record), {flow->size * 3 / 2, 0}, kArtistLines);
+    AddGap(flow, flow->size / 2);
     const uint32_t seconds = record.totalMinutes * 60u + record.totalSeconds;
     AddParagraph(flow,
                  PrintWordText(flow->style, kWordTotal, std::to_string(record.trackCount),
@@ -65,17 +67,20 @@ static void AddHeading(DiscFlow* flow) {
 
 static void LayOutTracks(DiscFlow* flow) {
     const PrintFont& font = flow->style.font;
-    const PrintLook bold = {flow->size, 1};
-    flow->number = PrintNumberWidth(font, bold, "000") + flow->size;
-    flow->length = std::max(PrintNumberWidth(font, bold, "0:00:00"),
-                            PrintWidth(font, bold, flow->style.words[kWordTime])) +
-                   flow->size;
+    const CDInfoRecord& record = flow->record;
+    const PrintLook plain = {flow->size, 0}, bold = {flow->size, 1};
+    flow->number = PrintNumberWidth(font, bold, record.trackCount > 99 ? "000" : "00") + flow->size;
+    flow->length = PrintWidth(font, bold, flow->style.words[kWordTime]);
+    for (int i = 0; i < record.trackCount; ++i)
+        flow->length =
+            std::max(flow->length, PrintWidth(font, plain, PrintTime(record.trackSeconds[i])));
+    flow->length += flow->size;
     const int least = flow->size * 3; // of titles
     if (flow->area.width < flow->number + flow->length + least) flow->length = 0;
     if (flow->area.width < flow->number + least) flow->number = 0;
     const int rest = flow->area.width - flow->number - flow->length;
     const int wide = flow->area.width >= kNarrow * flow->size;
-    flow->artist = wide && !IsSingleArtist(flow->record) ? rest * 2 / 5 : 0;
+    flow->artist = wide && !IsSingleArtist(record) ? rest * 2 / 5 : 0;
 }
 
 namespace {
@@ -128,12 +133,14 @@ static void AddTrack(DiscFlow* flow, int track) {
     AddParagraph(flow, record.trackComments[track], small, kTrackCommentLines, flow->number,
                  flow->length);
     flow->strips.back().keep = 0;
+    flow->strips.back().height += flow->size / 5;
 }
 
 static void AddRule(DiscFlow* flow) {
     AddStrip(flow, kPrintRule, 1)
         ->parts.fills.push_back(
             {{flow->area.left, 0, flow->area.width, kPrintRule}, kPrintRuleGray});
+    AddStrip(flow, flow->size / 5, 1);
 }
 
 static void AddTracks(DiscFlow* flow) {
@@ -144,8 +151,7 @@ static void AddTracks(DiscFlow* flow) {
                  {"#", words[kWordTitle], flow->artist ? words[kWordArtist] : "", words[kWordTime]},
                  {flow->size, 1}, 1);
     AddRule(flow);
-    const int tracks = std::min<int>(flow->record.trackCount, kMaxTracks);
-    for (int i = 0; i < tracks; ++i)
+    for (int i = 0; i < flow->record.trackCount; ++i)
         AddTrack(flow, i);
 }
 

@@ -8,7 +8,10 @@ constexpr int kLegible = 176; // five points
 constexpr int kLargestTrack = 350;
 constexpr int kLargestTitle = 900, kSmallestTitle = 350;
 constexpr int kMostColumns = 4;
-constexpr int kPanelGap = 1000; // between front and back, with their marks
+constexpr int kFewLetters = 5; // widths of a letter's size that a title takes at least, about twice
+                               // as many letters
+constexpr int kFrontLetters = 16; // the same where the front has a list at all
+constexpr int kPanelGap = 1000;   // between front and back, with their marks
 constexpr int kMark = 350, kMarkGap = 100, kLine = 10;
 constexpr uint8_t kLineGray = 160;
 
@@ -93,20 +96,40 @@ static int AllTitlesFit(const PrintStyle& style, const CDInfoRecord& record, int
     return 1;
 }
 
-// Largest letters first, then fewest columns. Without `whole`, titles may be cut. 0: no way.
-static int ChooseList(const PrintStyle& style, const CDInfoRecord& record, const Box& area,
-                      int whole, TrackList* list) {
+// The largest letters in which every title fits as a whole, in as few columns as that takes. 0:
+// there are none.
+static int ChooseWhole(const PrintStyle& style, const CDInfoRecord& record, const Box& area,
+                       int artists, TrackList* list) {
     for (int size = kLargestTrack; size >= kLegible; size -= 6)
         for (int columns = 1; columns <= kMostColumns; ++columns) {
             if (Rows(style, area.height, size) * columns < record.trackCount) continue;
             const int width = TitleWidth(style, record, area, columns, size);
-            if (width < size * 5) continue;
-            if (whole && !AllTitlesFit(style, record, width, size, list->artists)) continue;
-            list->columns = columns;
-            list->size = size;
+            if (!AllTitlesFit(style, record, width, size, artists)) continue;
+            *list = {columns, size, artists};
             return 1;
         }
     return 0;
+}
+
+// Where titles have to be cut, small letters show most of them. Columns as many as hold all
+// tracks, or as the width takes.
+static int ChooseCut(const PrintStyle& style, const CDInfoRecord& record, const Box& area,
+                     int least, TrackList* list) {
+    const int rows = Rows(style, area.height, kLegible);
+    *list = {1, kLegible, 0};
+    while (list->columns < kMostColumns && rows * list->columns < record.trackCount &&
+           TitleWidth(style, record, area, list->columns + 1, kLegible) >= kLegible * kFewLetters)
+        ++list->columns;
+    return rows * list->columns >= record.trackCount &&
+           TitleWidth(style, record, area, list->columns, kLegible) >= least;
+}
+
+// All that is there if it fits, else titles alone, else what of them fits. 0: some tracks do not,
+// or less than `least` of a title.
+static int FindList(const PrintStyle& style, const CDInfoRecord& record, const Box& area, int least,
+                    TrackList* list) {
+    if (!IsSingleArtist(record) && ChooseWhole(style, record, area, 1, list)) return 1;
+    return ChooseWhole(style, record, area, 0, list) || ChooseCut(style, record, area, least, list);
 }
 
 static void AddTrackRow(PrintPage* page, const PrintStyle& style, const CDInfoRecord& record,
@@ -128,35 +151,22 @@ static void AddTrackRow(PrintPage* page, const PrintStyle& style, const CDInfoRe
 
 static void AddTrackList(PrintPage* page, const PrintStyle& style, const CDInfoRecord& record,
                          const Box& area, const TrackList& list) {
-    const int height = PrintLineHeight(style.font, list.size);
+    const int line = PrintLineHeight(style.font, list.size);
     const int most = Rows(style, area.height, list.size);
     const int tracks = std::min<int>(record.trackCount, kMaxTracks);
     const int rows = std::min(most, (tracks + list.columns - 1) / list.columns);
     const int width = ColumnWidth(area, list.columns, list.size);
     if (rows <= 0 || width <= 0) return;
     const int shown = std::min(tracks, rows * list.columns);
+    const int height = std::min(area.height / rows, line * 3 / 2); // airy where there is room
     for (int i = 0; i < shown; ++i) {
         const Box box = {area.left + i / rows * (width + list.size), area.top + i % rows * height,
-                         width, height};
+                         width, line};
         if (i + 1 == shown && shown < tracks)
             AddLine(page, style, box, "...", {list.size, 0});
         else
             AddTrackRow(page, style, record, list, box, i);
     }
-}
-
-// The best way to show the tracks: whole, else with titles cut, else some of them (which `all`
-// forbids: 0 then).
-static int FindList(const PrintStyle& style, const CDInfoRecord& record, const Box& area, int all,
-                    TrackList* list) {
-    list->artists = !IsSingleArtist(record);
-    if (ChooseList(style, record, area, 1, list) || ChooseList(style, record, area, 0, list))
-        return 1;
-    list->columns = kMostColumns;
-    while (list->columns > 1 && ColumnWidth(area, list->columns, kLegible) < kLegible * 12)
-        --list->columns;
-    list->size = kLegible;
-    return !all;
 }
 
 // ---- panels
@@ -200,7 +210,7 @@ static void AddFront(PrintPage* page, const PrintStyle& style, const CDInfoRecor
     Box rest = {area.left, area.top + scaled(700), area.width,
                 std::max(0, area.height - scaled(700))};
     TrackList list;
-    if (record.trackCount && FindList(style, record, rest, 1, &list)) {
+    if (record.trackCount && FindList(style, record, rest, kLegible * kFrontLetters, &list)) {
         AddThin(page, style, area.left + area.width / 3, area.top + scaled(350), area.width / 3,
                 scaled(20));
         AddTrackList(page, style, record, rest, list);

@@ -15,28 +15,47 @@ constexpr int kAround = 8, kShadow = 3;
 static RECT PlaceSheet(int width, int height, const PrintPaper& paper) {
     const double wide = std::max(1, width - 2 * kAround), high = std::max(1, height - 2 * kAround);
     const double scale = std::min(wide / paper.width, high / paper.height);
-    const int sheetWide = std::max(1, static_cast<int>(paper.width * scale));
-    const int sheetHigh = std::max(1, static_cast<int>(paper.height * scale));
+    // Inside the control however small that is: its pixels are written one by one.
+    const int sheetWide = std::max(1, std::min(width, static_cast<int>(paper.width * scale)));
+    const int sheetHigh = std::max(1, std::min(height, static_cast<int>(paper.height * scale)));
     const int left = (width - sheetWide) / 2, top = (height - sheetHigh) / 2;
     return {left, top, left + sheetWide, top + sheetHigh};
 }
 
-static void DrawSheet(HDC dc, const RECT& place, const PrintDocument& document, size_t page,
-                      const char* face) {
+// Each pixel the mean of `larger` times as many either way. Stretching by the system takes one of
+// them on some platforms, and lines vanish.
+static void Reduce(const Canvas& large, int larger, const Canvas& picture, int left, int top) {
+    const uint32_t count = static_cast<uint32_t>(larger) * larger;
+    for (int y = 0; y < large.height / larger; ++y)
+        for (int x = 0; x < large.width / larger; ++x) {
+            uint32_t sums[3] = {};
+            for (int i = 0; i < larger * larger; ++i) {
+                const int row = y * larger + i / larger, column = x * larger + i % larger;
+                const uint32_t pixel = large.pixels[row * large.width + column];
+                for (int part = 0; part < 3; ++part)
+                    sums[part] += pixel >> part * 8 & 0xFF;
+            }
+            uint32_t mean = 0;
+            for (int part = 0; part < 3; ++part)
+                mean |= sums[part] / count << part * 8;
+            picture.pixels[(top + y) * picture.width + left + x] = mean;
+        }
+}
+
+static void DrawSheet(const Canvas& picture, const RECT& place, const PrintDocument& document,
+                      size_t page, const char* face) {
     const PrintPaper& paper = document.style.paper;
     const int wide = place.right - place.left, high = place.bottom - place.top;
     const int larger = std::max(1, std::min(kLarger, kMostPixels / std::max(wide, high)));
     Canvas large = {};
-    FillArea(dc, place, RGB(255, 255, 255));
+    FillArea(picture.dc, place, RGB(255, 255, 255));
     if (!SizeCanvas(&large, wide * larger, high * larger)) return;
     FillArea(large.dc, {0, 0, large.width, large.height}, RGB(255, 255, 255));
     const DeviceScale scale = {static_cast<double>(large.width) / paper.width,
                                static_cast<double>(large.height) / paper.height, 0, 0};
     DrawPrintPage(large.dc, DocumentPage(document, page), document.style.font, face, scale);
-    SetStretchBltMode(dc, HALFTONE);
-    SetBrushOrgEx(dc, 0, 0, nullptr);
-    StretchBlt(dc, place.left, place.top, wide, high, large.dc, 0, 0, large.width, large.height,
-               SRCCOPY);
+    GdiFlush();
+    Reduce(large, larger, picture, place.left, place.top);
     FreeCanvas(&large);
 }
 
@@ -51,7 +70,7 @@ void DrawPreview(PrintPreview* preview, HWND control, const PrintDocument& docum
     RECT shadow = place;
     OffsetRect(&shadow, kShadow, kShadow);
     FillArea(dc, shadow, GetSysColor(COLOR_3DDKSHADOW));
-    DrawSheet(dc, place, document, page, face);
+    DrawSheet(preview->picture, place, document, page, face);
     InvalidateRect(control, nullptr, FALSE);
 }
 
