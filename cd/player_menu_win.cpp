@@ -9,6 +9,7 @@
 #include "core/strings_win.h"
 #include "core/text.h"
 #include "resources/ids.h"
+#include "ui/layouts_win.h"
 #include "ui/menu_win.h"
 
 // Only where the drive in use plays images.
@@ -28,6 +29,8 @@ void ShowPlayerMenu(HWND window, POINT at, const CdSnapshot& now, const CDInfoRe
     AppendMenuSeparator(menu);
     AppendCdDrives(menu, kPlayerDriveFirst, now.drive);
     AppendDiscImage(menu, now.drive);
+    AppendMenuSeparator(menu);
+    AppendLayoutsMenu(menu);
     if (record.trackCount) AppendMenuSeparator(menu);
     AppendCdTracks(menu, kPlayerTrackFirst + 1, record, now.busy ? now.track : 0);
     ShowMenu(menu, window, at, TPM_CENTERALIGN | TPM_VCENTERALIGN);
