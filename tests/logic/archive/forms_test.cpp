@@ -178,8 +178,7 @@ TEST(Cddb, ThereAndBack) {
             ASSERT_LT(end - at, 256u) << "line of seed " << seed;
         auto back = std::make_unique<CDInfoRecord>();
         ASSERT_TRUE(ReadCddbEntry(text, {}, back.get()));
-        EXPECT_EQ(Differs(*disc, *back), "") << seed;
-        EXPECT_EQ(DiffersFurther(*disc, *back, 1), "") << seed;
+        EXPECT_EQ(PackedDisc(*disc), PackedDisc(*back)) << seed;
         all += "#FILENAME=" + std::to_string(seed) + "\n" + text;
     }
     size_t found = 0;
@@ -249,13 +248,11 @@ TEST(Cue, ThereAndBack) {
         const auto disc = RandomDisc(seed, 99);
         const auto back = ReadSheet(WriteCueSheet(*disc, "any.wav", {}), {0});
         ASSERT_TRUE(back) << seed;
-        EXPECT_EQ(Differs(*disc, *back), "") << seed;
-        EXPECT_EQ(DiffersFurther(*disc, *back, 0), "") << seed;
+        EXPECT_EQ(PackedDisc(*disc, 0), PackedDisc(*back, 0)) << seed;
     }
     auto untimed = MakeDisc(0xABC, 1, "Title");
     std::memset(untimed->trackStarts, 0, sizeof untimed->trackStarts);
     const auto back = ReadSheet(WriteCueSheet(*untimed, "any.wav", {}), {0});
     ASSERT_TRUE(back);
-    EXPECT_EQ(Differs(*untimed, *back), "");
-    EXPECT_EQ(back->trackStarts[1], 0u);
+    EXPECT_EQ(PackedDisc(*untimed), PackedDisc(*back));
 }

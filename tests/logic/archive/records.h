@@ -31,7 +31,7 @@ inline RecordPointer MakeDisc(uint32_t identity, uint16_t tracks, const char* ti
 // the ends, which some can't carry.
 inline void FillText(std::mt19937& random, char* text, size_t size, const char* usual) {
     static const char* const kPieces[] = {"a", "Z", "\\", "\\n", "=",   ";", "[",  "]",
-                                          "#", "'", " x", "/",   " /z", ",", "%s", "REM"};
+                                          "#", "'", " x", "/",   " /z", ",", "%s", "\xE9"};
     if (random() % 8 == 0) return CopyText(text, size, usual);
     text[0] = 0;
     for (size_t n = 1 + random() % size; n; --n) {
@@ -67,37 +67,14 @@ inline RecordPointer RandomDisc(uint32_t seed, uint16_t maxTracks) {
     return record;
 }
 
-// "" when both have the same texts and tracks, else the first difference.
-inline std::string Differs(const CDInfoRecord& a, const CDInfoRecord& b) {
-    const auto say = [](const char* what, size_t i, const std::string& x, const std::string& y) {
-        return std::string(what) + " " + std::to_string(i) + ": [" + x + "] [" + y + "]";
-    };
-    if (a.identity != b.identity) return say("identity", 0, a.identityText, b.identityText);
-    if (a.trackCount != b.trackCount) return "track count";
-    if (std::strcmp(a.title, b.title)) return say("title", 0, a.title, b.title);
-    if (std::strcmp(a.discArtist, b.discArtist))
-        return say("artist", 0, a.discArtist, b.discArtist);
-    for (size_t i = 0; i < a.trackCount; ++i) {
-        if (std::strcmp(a.trackArtists[i], b.trackArtists[i]))
-            return say("artist of", i, a.trackArtists[i], b.trackArtists[i]);
-        if (std::strcmp(a.trackTitles[i], b.trackTitles[i]))
-            return say("title of", i, a.trackTitles[i], b.trackTitles[i]);
-    }
-    return "";
-}
-
-// The rest: timing, comments, and with `program` that and the revision.
-inline std::string DiffersFurther(const CDInfoRecord& a, const CDInfoRecord& b, int program) {
-    for (size_t i = 0; i <= a.trackCount; ++i) {
-        if (a.trackStarts[i] != b.trackStarts[i]) return "start " + std::to_string(i);
-    }
-    if (std::strcmp(a.comment, b.comment)) return std::string(a.comment) + "|" + b.comment;
-    for (size_t i = 0; i < a.trackCount; ++i) {
-        if (std::strcmp(a.trackComments[i], b.trackComments[i]))
-            return std::string(a.trackComments[i]) + "|" + b.trackComments[i];
-    }
-    if (!program) return "";
-    if (a.revision != b.revision) return "revision";
-    if (a.programCount != b.programCount) return "program count";
-    return std::memcmp(a.program, b.program, a.programCount * sizeof a.program[0]) ? "program" : "";
+// What an entry would hold of the record, identity included; without the program and the revision
+// on demand. So records are compared as a user would find them again.
+inline std::string PackedDisc(const CDInfoRecord& record, int program = 1) {
+    auto copy = std::make_unique<CDInfoRecord>(record);
+    if (!program) copy->programCount = copy->revision = 0;
+    auto buffer = std::make_unique<uint8_t[][kMaxPackedEntry]>(1);
+    size_t length = 0;
+    PackRecord(*copy, buffer[0], &length);
+    return std::string(copy->identityText) + copy->discArtist +
+           std::string(reinterpret_cast<const char*>(buffer[0]), length);
 }
