@@ -131,7 +131,10 @@ void InstallProgram(const StartRequest& request) {
     SetupChoices choices = UsualChoices();
     choices.claimCd = static_cast<int>(request.ClaimDefaultCDPlayer);
     choices.claimMedia = static_cast<int>(request.ClaimDefaultMediaPlayer);
-    if (request.InstallUIRequested) ProposeFolder(&choices);
+    if (request.InstallUIRequested) {
+        ProposeFolder(&choices);
+        choices.discDrive = IsDiscDriveWanted(); // only here it can be declined
+    }
     int known = 1;
     if (request.TargetGiven) {
         char full[MAX_PATH] = ""; // it may be told from the current folder

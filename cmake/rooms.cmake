@@ -32,7 +32,7 @@ if(TONVISTA_FUZZ)
 endif()
 
 # The rooms of the program, the lowest last.
-set(TONVISTA_ROOMS media archive cd cdinfo waves mixer ui core)
+set(TONVISTA_ROOMS app media archive cd cdinfo waves mixer ui core)
 # Those that are DLLs of their own: folder, target and file name.
 set(TONVISTA_DLL_ROOMS discdrive extractor)
 
@@ -45,6 +45,7 @@ function(tonvista_split_sources folder logic_out win_out)
   list(FILTER win INCLUDE REGEX "_win\\.cpp$")
   set(logic ${all})
   list(FILTER logic EXCLUDE REGEX "_win\\.cpp$")
+  list(FILTER win EXCLUDE REGEX "/main_win\\.cpp$") # the program's entry, which tests have, too
   set(${logic_out} ${logic} PARENT_SCOPE)
   set(${win_out} ${win} PARENT_SCOPE)
 endfunction()
@@ -88,20 +89,32 @@ function(tonvista_dll folder target file)
   endif()
 endfunction()
 
+# The user's manual stands beside the program.
+function(tonvista_manual)
+  file(GLOB pages CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/docs/manual/*)
+  set(stamp ${CMAKE_BINARY_DIR}/manual.stamp)
+  add_custom_command(
+    OUTPUT ${stamp} DEPENDS ${pages}
+    COMMAND ${CMAKE_COMMAND} -E remove_directory ${CMAKE_BINARY_DIR}/manual
+    COMMAND ${CMAKE_COMMAND} -E copy_directory ${CMAKE_SOURCE_DIR}/docs/manual
+            ${CMAKE_BINARY_DIR}/manual
+    COMMAND ${CMAKE_COMMAND} -E touch ${stamp})
+  add_custom_target(manual DEPENDS ${stamp})
+  add_dependencies(tonvista manual)
+endfunction()
+
 # The program, the disc drive's driver and the media files' extractor.
 function(tonvista_program)
-  tonvista_split_sources(app logic win)
-  if(logic OR win)
-    add_executable(tonvista WIN32 ${logic} ${win})
-    target_compile_options(tonvista PRIVATE ${TONVISTA_WARNINGS})
-    target_link_libraries(tonvista PRIVATE resources)
-    foreach(room ${TONVISTA_ROOMS})
-      if(TARGET ${room}_win)
-        target_link_libraries(tonvista PRIVATE ${room}_win)
-      endif()
-    endforeach()
-    target_link_options(tonvista PRIVATE $<$<CONFIG:Release>:-s>)
-  endif()
+  add_executable(tonvista WIN32 ${CMAKE_SOURCE_DIR}/app/main_win.cpp)
+  target_compile_options(tonvista PRIVATE ${TONVISTA_WARNINGS})
+  target_link_libraries(tonvista PRIVATE resources)
+  foreach(room ${TONVISTA_ROOMS})
+    if(TARGET ${room}_win)
+      target_link_libraries(tonvista PRIVATE ${room}_win)
+    endif()
+  endforeach()
+  target_link_options(tonvista PRIVATE $<$<CONFIG:Release>:-s>)
+  tonvista_manual()
   tonvista_dll(discdrive tonvdisc TONVDisc core)
   tonvista_dll(extractor tonvextr TONVExtr core_win)
   if(TARGET tonvextr) # of the waves' Windows files it needs this one alone
@@ -161,7 +174,7 @@ function(tonvista_tests)
     target_link_libraries(driver PUBLIC core_win)
     file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/tests/program/*.cpp)
     if(sources)
-      tonvista_test(program_tests "${sources}" driver waves) # formats and bands, to play what is to show
+      tonvista_test(program_tests "${sources}" driver waves cdinfo_win) # what is to show: sounds, discs
       if(TARGET tonvista)
         foreach(part tonvista tonvdisc tonvextr)
         if(TARGET ${part})

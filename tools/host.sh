@@ -195,6 +195,8 @@ install_program() { # NAME BUILD
   mkdir -p "$dir"
   cp --remove-destination "$2/tonvista.exe" "$dir/"
   cp --remove-destination "$2/TONVDisc.dll" "$2/TONVExtr.dll" "$dir/"
+  rm -rf "$dir/manual"
+  if [ -d "$2/manual" ]; then cp -r "$2/manual" "$dir/"; fi
   run_in wine reg add 'HKLM\Software\Microsoft\Windows NT\CurrentVersion\MCI' /v cdaudio \
     /d 'C:\Tonvista\TONVDisc.dll' /f >/dev/null
   run_in wine reg add 'HKCU\Software\TonvistaDiscDrive' /v Drive /d D /f >/dev/null

@@ -171,8 +171,8 @@ bool AnswerBox(const char* caption, int button, std::string* text) {
 
 // ---- processes
 
-Process::Process(const std::string& arguments) {
-    std::string line = "\"" + ProgramPath() + "\" " + arguments;
+Process::Process(const std::string& arguments, const std::string& program) {
+    std::string line = "\"" + program + "\" " + arguments;
     STARTUPINFOA startup = {};
     startup.cb = sizeof startup;
     PROCESS_INFORMATION info = {};

@@ -59,7 +59,7 @@ bool AnswerBox(const char* caption, int button, std::string* text = nullptr);
 class Process {
 public:
     Process() = default;
-    explicit Process(const std::string& arguments);
+    explicit Process(const std::string& arguments, const std::string& program = ProgramPath());
     ~Process();
     Process(const Process&) = delete;
     Process& operator=(const Process&) = delete;
