@@ -256,7 +256,8 @@ int ChooseExport(HWND owner, TransferChoice* choice) {
     LoadText(IDS_EXPORT_NAME, dialog.file);
     if (!GetSaveFileNameA(&dialog.open)) return 0;
     const FileType& type = ChosenType(&dialog);
-    const std::string folder(dialog.file, dialog.open.nFileOffset);
+    std::string folder(dialog.file, dialog.open.nFileOffset);
+    if (folder.size() > strlen("C:\\")) folder.pop_back(); // its backslash
     choice->form = dialog.isIni ? kIniForm : type.form;
     choice->separator = dialog.isTab ? '\t' : ',';
     choice->path = !dialog.isIni && type.isFolder ? folder : dialog.file;
