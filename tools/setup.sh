@@ -21,6 +21,7 @@ wine_packages=(
   xvfb xauth xdotool x11-utils imagemagick # displays, keys and clicks, screenshots
   pulseaudio pulseaudio-utils sox lame     # sound server, capture, tones
   libgsf-bin                               # a compound-file reader that is not Windows' own
+  cuetools                                 # a reader and writer of CUE sheets that is not ours
   asterisk-moh-opsound-wav                 # the music of the demonstration disc
 )
 fuzz_packages=(clang libclang-rt-14-dev llvm)
