@@ -76,7 +76,7 @@ static int Register(const SetupChoices& choices, const char* program, HWND owner
     int done = SeedDefaults();
     if (choices.discDrive && !RegisterDiscDrive(choices.folder))
         Refuse(owner, IDS_SETUP_NO_DRIVE, nullptr); // all else works without it
-    done &= RegisterShell(program);
+    done &= RegisterShell(program) && NoteProgram(program);
     SeedCdDefaults(owner, choices.claimCd, program);
     RegisterMedia(choices.folder, program, choices.claimMedia);
     SeedWavesDefaults();
@@ -151,7 +151,8 @@ void InstallProgram(const StartRequest& request) {
 
 int WriteShellRegistrations() {
     char program[kPathSize];
-    return OwnProgram(program) && RegisterShell(program);
+    if (!OwnProgram(program) || !RegisterShell(program)) return 0;
+    return !RegKeyExists(kUserRoot, kSettingsRoot) || NoteProgram(program);
 }
 
 void RefreshShellRegistrations() {
@@ -159,5 +160,6 @@ void RefreshShellRegistrations() {
     InstalledProgram(saved);
     if (!OwnProgram(program) || SameText(program, saved)) return;
     RegisterShell(program);
+    NoteProgram(program);
     if (IsListed()) ListProgram(program); // or it would name a file that has gone
 }

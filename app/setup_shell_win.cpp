@@ -42,8 +42,11 @@ int RegisterShell(const char* program) {
     written &= WriteDiscFileClass("\\DefaultIcon", text);
     FormatText(text, sizeof text, "\"%s\" \"%%1\"", program);
     written &= WriteDiscFileClass("\\shell\\open\\command", text);
-    written &= WriteRegString(kUserRoot, kSavedKey, "Module", program);
     return written;
+}
+
+int NoteProgram(const char* program) {
+    return WriteRegString(kUserRoot, kSavedKey, "Module", program);
 }
 
 int InstalledProgram(char (&path)[kPathSize]) {

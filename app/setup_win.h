@@ -29,7 +29,7 @@ void SayHowItWent(HWND owner, int installed);
 // A message box of the installation, about a path (may be null); its button.
 int SetupBox(HWND owner, UINT captionId, UINT textId, const char* path, UINT style);
 
-// ---- install_win.cpp: only where the user has no value
+// ---- setup_defaults_win.cpp: only where the user has no value
 int SeedDefaults();
 
 // ---- setup_dialog_win.cpp
@@ -64,8 +64,11 @@ int DeleteOwnProgramLater();
 int CloseRunningProgram(HWND owner, UINT captionId);
 
 // ---- setup_shell_win.cpp
-// "App Paths" and the ".cdp" association; remembered as "Saved\Module".
+// "App Paths" and the ".cdp" association.
 int RegisterShell(const char* program);
+// As "Saved\Module", where it is looked for later. Below the settings root, so it makes a copy of
+// the program an installed one.
+int NoteProgram(const char* program);
 void TakeBackShell();
 // The entry in the system's list of installed programs.
 int ListProgram(const char* program);

@@ -4,6 +4,7 @@
 #include "tests/program/harness.h"
 
 #include <map>
+#include <shellapi.h>
 #include <shlobj.h>
 
 static const std::string kRoot = "C:\\TonvistaSetup";
@@ -90,6 +91,15 @@ static void Write(const std::string& path, const std::string& text) {
     CloseHandle(file);
 }
 
+static void DeleteFolder(std::string folder) {
+    folder.push_back(0); // a list of names, which ends with an empty one
+    SHFILEOPSTRUCTA operation = {};
+    operation.wFunc = FO_DELETE;
+    operation.pFrom = folder.c_str();
+    operation.fFlags = FOF_NOCONFIRMATION | FOF_NOERRORUI | FOF_SILENT;
+    SHFileOperationA(&operation);
+}
+
 static int64_t SizeOf(const std::string& path) { // -1: not there
     WIN32_FILE_ATTRIBUTE_DATA data;
     if (!GetFileAttributesExA(path.c_str(), GetFileExInfoStandard, &data)) return -1;
@@ -144,6 +154,8 @@ protected:
             DeleteRegTree(kMachineRoot, key);
         WriteRegString(kClassesRoot, ".mp3", "", "Other.song");
         WriteRegString(kClassesRoot, kPlayer, "", "C:\\other.exe %1");
+        DeleteFolder(ShellFolder(CSIDL_PROGRAMS) + "\\Tonvista");
+        DeleteFolder(kRoot);
         CreateDirectoryA(kRoot.c_str(), nullptr);
         CreateDirectoryA((std::string(kProgramFolder) + "\\manual").c_str(), nullptr);
         Write(std::string(kProgramFolder) + "\\manual\\index.html", "page");
@@ -286,6 +298,43 @@ TEST_F(SetupTest, AFolderThatCantBeHadFailsWithoutATrace) {
         EXPECT_EQ(program->WaitEnd(), 0);
         EXPECT_FALSE(RegKeyExists(kUserRoot, kSettingsRoot) || RegKeyExists(kMachineRoot, kListed));
     }
+}
+
+TEST_F(SetupTest, AFileThatIsHeldLeavesTheOldProgramWhole) {
+    CreateDirectoryA(kTarget.c_str(), nullptr);
+    for (const char* name : {"\\tonvista.exe", "\\TONVDisc.dll", "\\TONVExtr.dll"})
+        Write(kTarget + name, "old");
+    const HANDLE held = CreateFileA((kTarget + "\\TONVExtr.dll").c_str(), GENERIC_READ,
+                                    FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
+    Snapshot before, after;
+    AddFolder(kTarget, &before);
+    Run("/install /target \"" + kTarget + "\"");
+    Answer("Tonvista Install", {IDOK, IDOK});
+    program->WaitEnd();
+    AddFolder(kTarget, &after);
+    after.erase(kTarget + "\\manual");
+    EXPECT_EQ(Difference(before, after), "");
+    CloseHandle(held);
+}
+
+TEST_F(SetupTest, WhereItCantBeWrittenTheUsersOwnFolderIsTaken) {
+    const std::string trial = std::string(kProgramFolder) + "\\Tonvista.setup-trial";
+    const std::string own = ShellFolder(CSIDL_LOCAL_APPDATA) + "\\Programs\\Tonvista\\tonvista.exe";
+    CreateDirectoryA(trial.c_str(), nullptr); // in the way of the file by which it is tried
+    Run("");
+    EXPECT_EQ(Answer("Tonvista Install", {IDOK}), kDone);
+    RemoveDirectoryA(trial.c_str());
+    EXPECT_EQ(Text(kUserRoot, "Software\\Tonvista\\Saved", "Module"), own);
+    EXPECT_EQ(SizeOf(own), SizeOf(ProgramPath()));
+}
+
+TEST_F(SetupTest, RegistrationsAloneInstallNothing) {
+    Run("/reg");
+    EXPECT_EQ(program->WaitEnd(), 0);
+    EXPECT_EQ(Text(kMachineRoot, kAppPaths), ProgramPath());
+    EXPECT_EQ(Text(kClassesRoot, ".cdp"), "Tonvista.CDPFile");
+    EXPECT_FALSE(RegKeyExists(kUserRoot, kSettingsRoot)) << "the next start would not install";
+    EXPECT_FALSE(RegKeyExists(kMachineRoot, kListed));
 }
 
 TEST_F(SetupTest, ARunningProgramIsClosedIfTheUserAgrees) {
