@@ -66,14 +66,16 @@ static void TakeSettings(HWND dialog, int place, CDEngineSettings* settings) {
         settings->*box.field = IsDlgButtonChecked(dialog, box.id) == BST_CHECKED;
 }
 
-// The engine saves what it takes over, the play modes that it alone knows included.
+// The engine saves after each of these, the play modes that it alone knows included, and so claims
+// to be the default player as long as it is to be that. Options come first: who turns that off must
+// not have another player's claim taken by the others on the way.
 static void GiveToEngine(const CDEngineSettings& settings) {
     uint32_t options = 0;
     for (const auto& box : kBoxes)
         if (settings.*box.field) options |= box.option;
+    PostCdCommand(kCdOptions, static_cast<LPARAM>(options));
     PostCdCommand(kCdUseDrive, static_cast<LPARAM>(settings.Drive));
     PostCdCommand(kCdIntroLength, static_cast<LPARAM>(settings.IntroLength));
-    PostCdCommand(kCdOptions, static_cast<LPARAM>(options));
 }
 
 static void OnOk(HWND dialog, ModalDialog* modal) {

@@ -14,6 +14,7 @@
 #include "core/text.h"
 #include "resources/ids.h"
 #include "ui/menu_win.h"
+#include "ui/settings_dialog_win.h"
 #include "ui/tray_win.h"
 
 #include <cstring>
@@ -124,12 +125,15 @@ static void PlayEntryOf(int index) {
         PostCdCommand(kCdPlay, index + 1);
 }
 
-// Dialogs do not follow a console that stays on top by itself, and theirs is no visible owner.
-static void FollowConsole(HWND window) {
+// One dialog at a time; 0 when there is one already, which then comes to the front. Dialogs do not
+// follow a console that stays on top by themselves, and theirs is no visible owner.
+static int MayShowDialog(HWND window) {
+    if (RaiseDialogOf(window)) return 0;
     const HWND console = CdIconThread()->Owner;
     const int onTop = console && (GetWindowLongA(console, GWL_EXSTYLE) & WS_EX_TOPMOST);
     SetWindowPos(window, onTop ? HWND_TOPMOST : HWND_NOTOPMOST, 0, 0, 0, 0,
                  SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+    return 1;
 }
 
 static void OnMouse(HWND window, LPARAM message) {
@@ -149,12 +153,10 @@ static void OnCommand(HWND window, UINT id, LPARAM lParam) {
     case kCdIconCallback: OnMouse(window, lParam); break;
     case kNotifyCdEngine: Refresh(); break;
     case kCdIconInfo:
-        FollowConsole(window);
-        EditDiscInformation(window);
+        if (MayShowDialog(window)) EditDiscInformation(window);
         break;
     case kCdIconConfigure:
-        FollowConsole(window);
-        ConfigureCd(window);
+        if (MayShowDialog(window)) ConfigureCd(window);
         break;
     default: break;
     }

@@ -1,0 +1,249 @@
+// Hotkeys from the keyboard of a user who works in another program: what they do, what the dialog
+// shows of them, and what it leaves behind.
+#include "resources/ids.h"
+#include "tests/program/harness.h"
+#include "tests/support/screen_win.h"
+#include "tests/support/tone_disc.h"
+#include "ui/hotkey_field_win.h"
+#include "ui/hotkeys.h"
+
+#include <cstring>
+#include <memory>
+#include <vector>
+
+constexpr uint32_t kStopped = 525, kPlaying = 526, kPaused = 529, kOpen = 530;
+constexpr uint32_t kMediaPlaying = 529, kMediaPaused = 526;
+constexpr int kMixerMasterButton = 750;
+constexpr const char* kDialog = "Set Hotkeys";
+static const char* const kNames[kHotkeys] = {"HKPlay",    "HKFwd",     "HKBkwd", "HKStop",
+                                             "HKPause",   "HKEject",   "HKMute", "HKMP3Play",
+                                             "HKMP3Stop", "HKMP3Pause"};
+
+static HotkeyRecord Combination(uint32_t key, int enabled = 1) {
+    return {static_cast<uint32_t>(enabled), 1, 1, 0, key, 0, 0, 0, 0};
+}
+
+static void Store(int place, const HotkeyRecord& record) {
+    WriteWindowSetting(1, kNames[place], kRegBinary, sizeof record, &record);
+}
+
+static HotkeyRecord Stored(int place) {
+    HotkeyRecord record = {};
+    ReadWindowSetting(1, kNames[place], kRegBinary, sizeof record, &record);
+    return record;
+}
+
+// The keys go down in their order and up again, as one burst.
+static void Press(const std::vector<WORD>& keys) {
+    std::vector<INPUT> burst;
+    for (size_t i = 0; i < 2 * keys.size(); ++i) {
+        INPUT input = {};
+        input.type = INPUT_KEYBOARD;
+        input.ki.wVk = i < keys.size() ? keys[i] : keys[2 * keys.size() - 1 - i];
+        input.ki.dwFlags = i < keys.size() ? 0 : KEYEVENTF_KEYUP;
+        burst.push_back(input);
+    }
+    SendInput(static_cast<UINT>(burst.size()), burst.data(), sizeof burst[0]);
+}
+
+static void PressHotkey(WORD key) {
+    Press({VK_CONTROL, VK_MENU, key});
+}
+
+namespace {
+class HotkeysTest : public ProgramTest {
+protected:
+    void SetUp() override {
+        ProgramTest::SetUp();
+        for (const char* name : kNames)
+            DeleteRegValue(kUserRoot, "Software\\Tonvista\\UIWindow1", name);
+        static const std::string s_disc =
+            MakeToneDisc(kProgramFolder, "hotkeys", {{440, 4500}, {550, 4500}, {660, 4500}}).cue;
+        PutImage(s_disc);
+        SwitchOn("CDEngineOn");
+    }
+    void TearDown() override {
+        ProgramTest::TearDown();
+        if (other) DestroyWindow(other);
+    }
+    // The other program: this one.
+    void WorkElsewhere() {
+        if (!other)
+            other = CreateWindowExA(0, "EDIT", "", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 700, 20, 300,
+                                    100, nullptr, nullptr, nullptr, nullptr);
+        ASSERT_TRUE(WaitUntil([=, this] { // windows that come up take it, too
+            MSG message;
+            SetForegroundWindow(other);
+            while (PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE))
+                DispatchMessageA(&message);
+            return GetForegroundWindow() == other;
+        }));
+    }
+    void StartElsewhere() {
+        Start();
+        peer = std::make_unique<SharedPeer>();
+        WorkElsewhere();
+    }
+    bool CdComes(uint32_t mode, int track) const {
+        return WaitUntil([=, this] {
+            return peer->block->CdMode == mode && (track < 0 || peer->block->CdTrack == track);
+        });
+    }
+    static HWND OpenDialog() {
+        Command(FindConsole(), kConsoleHotkeys);
+        const HWND dialog = WaitForDialog(kDialog);
+        SetForegroundWindow(dialog);
+        return dialog;
+    }
+    static void Click(HWND dialog, int id) { PostMessageA(Child(dialog, id), BM_CLICK, 0, 0); }
+    static bool Shows(HWND dialog, int id, const char* text) {
+        return WaitUntil([=] { return ChildText(dialog, id) == text; });
+    }
+    // Presses a "set" button, then the keys.
+    static void Capture(HWND dialog, int setId, const std::vector<WORD>& keys) {
+        const auto field = [=] {
+            return FindWindowExA(dialog, nullptr, kHotkeyFieldClass, nullptr);
+        };
+        Click(dialog, setId);
+        ASSERT_TRUE(WaitUntil([=] { return IsWindowVisible(field()) != 0; }));
+        EXPECT_FALSE(IsWindowEnabled(dialog));
+        Press(keys);
+        ASSERT_TRUE(WaitUntil([=] { return !field() && IsWindowEnabled(dialog); }));
+    }
+    std::unique_ptr<SharedPeer> peer;
+    HWND other = nullptr;
+};
+} // namespace
+
+TEST_F(HotkeysTest, EachOfTheTenWorksFromAnotherProgram) {
+    for (int i = 0; i < kHotkeys; ++i)
+        Store(i, Combination(static_cast<uint32_t>('A' + i)));
+    SwitchOn("MixerEngineOn");
+    SwitchOn("MixerUI");
+    SwitchOn("WaveInEngineOn");
+    StartElsewhere();
+    const struct {
+        WORD key;
+        uint32_t mode;
+        int track;
+    } steps[] = {{'A', kPlaying, 1}, {'B', kPlaying, 2}, {'C', kPlaying, 1}, {'E', kPaused, 1},
+                 {'A', kPlaying, 1}, {'D', kStopped, 0}, {'F', kOpen, -1}};
+    for (const auto& step : steps) {
+        PressHotkey(step.key);
+        EXPECT_TRUE(CdComes(step.mode, step.track))
+            << static_cast<char>(step.key) << ": " << peer->block->CdMode << ' '
+            << peer->block->CdTrack;
+    }
+    const auto lit = [] { return IsLit(Child(FindComponent("MixerUI"), kMixerMasterButton)); };
+    const bool before = lit();
+    PressHotkey('G');
+    EXPECT_TRUE(WaitUntil([=] { return lit() != before; }));
+    PressHotkey('G');
+    EXPECT_TRUE(WaitUntil([=] { return lit() == before; }));
+    // Nothing comes of the media player's while it is off.
+    PressHotkey('H');
+    EXPECT_LT(AnswerTime(FindConsole()), kPatienceMs);
+    EXPECT_FALSE(FindComponent("MediaUI"));
+    const std::string song = std::string(kProgramFolder) + "\\hotkey.wav";
+    std::vector<uint8_t> wave(44 + 44100 * 4 * 20);
+    const uint32_t size = static_cast<uint32_t>(wave.size()) - 44, whole = size + 36;
+    const uint32_t format[] = {16, 1 | 2 << 16, 44100, 44100 * 4, 4 | 16 << 16};
+    memcpy(&wave[0], "RIFF", 4), memcpy(&wave[4], &whole, 4), memcpy(&wave[8], "WAVEfmt ", 8);
+    memcpy(&wave[16], format, 20), memcpy(&wave[36], "data", 4), memcpy(&wave[40], &size, 4);
+    WriteWholeFile(song, wave.data(), wave.size());
+    EXPECT_EQ(Process(song).WaitEnd(), 1) << "handed over";
+    const auto mediaIs = [this](uint32_t state) {
+        return WaitUntil([=, this] { return peer->block->MediaState == state; });
+    };
+    ASSERT_TRUE(mediaIs(kMediaPlaying)) << peer->block->MediaState;
+    WorkElsewhere();
+    PressHotkey('J');
+    EXPECT_TRUE(mediaIs(kMediaPaused)) << peer->block->MediaState;
+    PressHotkey('H');
+    EXPECT_TRUE(mediaIs(kMediaPlaying)) << peer->block->MediaState;
+    PressHotkey('I');
+    EXPECT_TRUE(mediaIs(kStopped)) << peer->block->MediaState;
+}
+
+TEST_F(HotkeysTest, ATakenOneIsMarkedAndKeptAndBrokenRecordsAreOff) {
+    ASSERT_TRUE(RegisterHotKey(nullptr, 1, MOD_ALT | MOD_CONTROL, 'K'));
+    Store(0, Combination('K'));
+    Store(1, Combination('L'));
+    HotkeyRecord wild;
+    memset(&wild, 0xFF, sizeof wild);
+    for (const uint32_t size : {0u, 4u, 27u, 29u, 4000u}) { // one after another: the last ones stay
+        const std::vector<uint8_t> bytes(size + 1, 0xFF);
+        const int place = 2 + static_cast<int>(size % 5);
+        WriteWindowSetting(1, kNames[place], kRegBinary, size, bytes.data());
+    }
+    Store(9, wild);
+    StartElsewhere();
+    EXPECT_FALSE(FindWindowA("#32770", nullptr)) << "nothing pops up";
+    HWND dialog = OpenDialog();
+    ASSERT_TRUE(dialog);
+    EXPECT_EQ(ChildText(dialog, IDC_HOTKEYS_CAPTION),
+              "Use these hotkeys to control Tonvue while working in other applications");
+    EXPECT_EQ(ChildText(dialog, 813), "<alt><ctrl>K   ");
+    EXPECT_EQ(ChildText(dialog, IDC_HOTKEY_REFUSED), "taken");
+    EXPECT_EQ(ChildText(dialog, 814), "<alt><ctrl>L   ");
+    EXPECT_EQ(ChildText(dialog, IDC_HOTKEY_REFUSED + 1), "");
+    for (int i = 2; i < 9; ++i) {
+        EXPECT_FALSE(IsDlgButtonChecked(dialog, kHotkeyKinds[i].checkId)) << i;
+        EXPECT_EQ(ChildText(dialog, kHotkeyKinds[i].textId), "    ") << i;
+    }
+    EXPECT_TRUE(IsDlgButtonChecked(dialog, 835));
+    EXPECT_EQ(ChildText(dialog, 836), "<alt><shift><ctrl>    ");
+    Command(dialog, IDCANCEL);
+    ASSERT_TRUE(WaitUntil([=] { return !IsWindow(dialog); }));
+    EXPECT_EQ(Stored(0).VirtualKey, UINT{'K'});
+    EXPECT_TRUE(Stored(0).Enabled && Stored(0).Alt && Stored(0).Ctrl && !Stored(0).Shift);
+    UnregisterHotKey(nullptr, 1); // free again: the dialog sees that
+    dialog = OpenDialog();
+    ASSERT_TRUE(dialog);
+    EXPECT_EQ(ChildText(dialog, IDC_HOTKEY_REFUSED), "");
+    Command(dialog, IDOK);
+    ASSERT_TRUE(WaitUntil([=] { return !IsWindow(dialog); }));
+    WorkElsewhere();
+    PressHotkey('K');
+    EXPECT_TRUE(CdComes(kPlaying, 1));
+}
+
+TEST_F(HotkeysTest, ChangesCountAtOnceAndStayAfterCancel) {
+    Store(3, Combination('S'));
+    StartElsewhere();
+    const HWND dialog = OpenDialog();
+    ASSERT_TRUE(dialog);
+    Capture(dialog, 818, {VK_CONTROL, VK_MENU, 'P'});
+    EXPECT_TRUE(Shows(dialog, 813, "<alt><ctrl>P   "));
+    Capture(dialog, 818, {VK_SHIFT, VK_ESCAPE});
+    EXPECT_EQ(ChildText(dialog, 813), "<alt><ctrl>P   ") << "as before";
+    PressHotkey('P');
+    EXPECT_FALSE(WaitUntil([this] { return peer->block->CdMode == kPlaying; }, 500)) << "still off";
+    Click(dialog, 808);
+    ASSERT_TRUE(WaitUntil([=] { return IsDlgButtonChecked(dialog, 808) != 0; }));
+    PressHotkey('P');
+    EXPECT_TRUE(CdComes(kPlaying, 1)) << "from the open dialog";
+    // An enabled one is registered anew; its own combination reaches the field, too.
+    Capture(dialog, 821, {VK_CONTROL, VK_MENU, 'S'});
+    EXPECT_EQ(peer->block->CdMode, kPlaying);
+    Capture(dialog, 821, {VK_SHIFT, VK_F9});
+    EXPECT_TRUE(Shows(dialog, 816, "<shift>F9  "));
+    Click(dialog, 826); // on and off again: it forgets its keys
+    Capture(dialog, 828, {VK_F8});
+    EXPECT_TRUE(Shows(dialog, 827, "F8  "));
+    Click(dialog, 826);
+    EXPECT_TRUE(Shows(dialog, 827, "    "));
+    Command(dialog, IDCANCEL);
+    ASSERT_TRUE(WaitUntil([=] { return !IsWindow(dialog); }));
+    WorkElsewhere();
+    PressHotkey('S');
+    EXPECT_FALSE(WaitUntil([this] { return peer->block->CdMode == kStopped; }, 500));
+    Press({VK_SHIFT, VK_F9});
+    EXPECT_TRUE(CdComes(kStopped, 0));
+    EXPECT_EQ(Close(), 0);
+    const HotkeyRecord play = Stored(0), stop = Stored(3), mute = Stored(6);
+    const HotkeyRecord expected = {1, 1, 1, 0, 'P', 813, 808, 780, 0};
+    EXPECT_EQ(memcmp(&play, &expected, sizeof play), 0);
+    EXPECT_TRUE(stop.Enabled && !stop.Alt && !stop.Ctrl && stop.Shift && stop.VirtualKey == VK_F9);
+    EXPECT_TRUE(!mute.Enabled && !mute.VirtualKey);
+}
