@@ -11,6 +11,7 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <commdlg.h>
 #include <dlgs.h>
 #include <filesystem>
@@ -34,15 +35,17 @@ static void PutFile(const std::string& path, const std::string& bytes) {
 // The owner's window on a thread of its own, as a component has it.
 struct TransferTest : testing::Test {
     HWND owner = nullptr;
-    volatile LONG notices = 0;
+    Transfer* transfer = nullptr;
+    std::atomic<int> notices{0}, seesEnd{0};
     std::function<void()> run;
     std::thread thread;
 
     static LRESULT CALLBACK OwnerProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
         auto* test = reinterpret_cast<TransferTest*>(GetWindowLongPtrA(window, GWLP_USERDATA));
-        if (message == WM_COMMAND && LOWORD(wParam) == kNotice)
-            InterlockedIncrement(&test->notices);
-        else if (message == kRun)
+        if (message == WM_COMMAND && LOWORD(wParam) == kNotice) {
+            ++test->notices;
+            if (test->transfer) test->seesEnd.store(ReadTransfer(test->transfer).ended);
+        } else if (message == kRun)
             test->run();
         else if (message == WM_DESTROY)
             PostQuitMessage(0);
@@ -80,11 +83,19 @@ struct TransferTest : testing::Test {
         run = std::move(what);
         SendMessageA(owner, kRun, 0, 0);
     }
-    TransferState Finish(Transfer* transfer) {
-        EXPECT_TRUE(Wait([&] { return ReadTransfer(transfer).ended; }));
-        const TransferState state = ReadTransfer(transfer);
-        EXPECT_TRUE(Wait([&] { return notices > 0; }));
-        OnOwner([&] { FreeTransfer(transfer); });
+    void Start(std::function<Transfer*()> start) {
+        notices = 0;
+        seesEnd = 0;
+        OnOwner([&] { transfer = start(); });
+    }
+    TransferState Finish() {
+        EXPECT_TRUE(Wait([&] { return seesEnd != 0; })) << "no notice of the end";
+        TransferState state;
+        OnOwner([&] {
+            state = ReadTransfer(transfer);
+            FreeTransfer(transfer);
+            transfer = nullptr;
+        });
         return state;
     }
 };
@@ -267,21 +278,25 @@ TEST_F(TransferTest, ADialogGoesWithItsOwner) {
 
 TEST_F(TransferTest, DiscsGoOutAndComeBack) {
     const TransferChoice cdp = {kCdpForm, kFolder + "\\out.cdp", ','};
-    TransferState state = Finish(StartExport(owner, kNotice, cdp, MakeBlock(40)));
+    Start([&] { return StartExport(owner, kNotice, cdp, MakeBlock(40)); });
+    TransferState state = Finish();
     EXPECT_TRUE(state.good);
     EXPECT_FALSE(state.isImport);
     EXPECT_EQ(state.total, 40u);
-    state = Finish(StartImport(owner, kNotice, cdp));
+    Start([&] { return StartImport(owner, kNotice, cdp); });
+    state = Finish();
     EXPECT_TRUE(state.good);
     EXPECT_TRUE(state.isImport);
     EXPECT_EQ(state.discs, 40u);
     EXPECT_EQ(TitleOf(DefaultDatabasePath(), BigIdentity(17)), BigRecord(17)->title);
     Forget(DefaultDatabasePath());
-    state = Finish(StartPaste(owner, kNotice, MakeBlock(3)));
+    Start([&] { return StartPaste(owner, kNotice, MakeBlock(3)); });
+    state = Finish();
     EXPECT_TRUE(state.good);
     EXPECT_EQ(state.discs, 3u);
     EXPECT_EQ(TitleOf(DefaultDatabasePath(), BigIdentity(3)), BigRecord(3)->title);
-    EXPECT_FALSE(Finish(StartPaste(owner, kNotice, {1, 2, 3})).good);
+    Start([&] { return StartPaste(owner, kNotice, {1, 2, 3}); });
+    EXPECT_FALSE(Finish().good);
 }
 
 // With ten thousand discs there is time to break it off in the middle.
@@ -291,10 +306,12 @@ TEST_F(TransferTest, ACancelledImportChangesNothing) {
     PutFile(path, std::string(big.begin(), big.end()));
     Add(DefaultDatabasePath(), 77, "Before");
     const Bytes before = Slurp(DefaultDatabasePath());
-    Transfer* const transfer = StartImport(owner, kNotice, {kCdpForm, path, ','});
-    EXPECT_TRUE(Wait([&] { return ReadTransfer(transfer).done > 0; }));
+    const DWORD from = GetTickCount();
+    Start([&] { return StartImport(owner, kNotice, {kCdpForm, path, ','}); });
+    EXPECT_TRUE(Wait([&] { return ReadTransfer(transfer).done > 3000; }));
     CancelTransfer(transfer);
-    EXPECT_FALSE(Finish(transfer).good);
+    EXPECT_FALSE(Finish().good);
+    EXPECT_LE(static_cast<DWORD>(notices.load()), (GetTickCount() - from) / 50 + 2);
     EXPECT_EQ(Slurp(DefaultDatabasePath()), before);
     const auto discs = CountEntries(nullptr);
     EXPECT_EQ(discs, 2u) << "with the pair that every database begins with";
@@ -306,7 +323,7 @@ TEST_F(TransferTest, AMessageOfAJobHoldsNobodyUp) {
     const std::string path = kFolder + "\\old.cdp";
     PutFile(path, "TONV????");
     for (const int isAnswered : {1, 0}) {
-        Transfer* const transfer = StartImport(owner, kNotice, {kCdpForm, path, ','});
+        Start([&] { return StartImport(owner, kNotice, {kCdpForm, path, ','}); });
         const HWND box = WaitForDialog(path.c_str());
         ASSERT_TRUE(box);
         EXPECT_EQ(GetWindow(box, GW_OWNER), owner);
@@ -314,7 +331,7 @@ TEST_F(TransferTest, AMessageOfAJobHoldsNobodyUp) {
         EXPECT_TRUE(SendMessageTimeoutA(owner, WM_NULL, 0, 0, SMTO_NORMAL, 5000, &result));
         if (isAnswered) {
             PostMessageA(box, WM_COMMAND, IDOK, 0);
-            EXPECT_FALSE(Finish(transfer).good);
+            EXPECT_FALSE(Finish().good);
         } else {
             OnOwner([&] {
                 FreeTransfer(transfer);
