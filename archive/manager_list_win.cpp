@@ -148,9 +148,12 @@ void SelectAllOrNone(ManagerWindow* manager) {
 
 void DeselectDiscs(ManagerWindow* manager, const std::vector<uint32_t>& discs) {
     const std::unordered_set<uint32_t> left(discs.begin(), discs.end());
+    ++manager->quiet;
     for (long row = -1; (row = NextRow(*manager, row, LVNI_SELECTED)) >= 0;)
         if (left.count(CatalogRow(manager->catalog, static_cast<size_t>(row)).identity))
             SetRow(*manager, row, 0, kSelectedState);
+    --manager->quiet;
+    ShowManagerSummary(manager);
 }
 
 // ---- making

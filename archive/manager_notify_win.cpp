@@ -31,20 +31,31 @@ static int BeginsWith(const char* text, const char* start, int whole) {
     return !whole || !*text;
 }
 
-static LRESULT OnFindRow(const ManagerWindow& manager, const NMLVFINDITEMA& find) {
+// -1 for none.
+static LRESULT FindRow(const ManagerWindow& manager, int from, UINT flags, const char* words) {
     const size_t rows = CatalogRowCount(manager.catalog);
-    const UINT flags = find.lvfi.flags;
-    if (!(flags & (LVFI_STRING | LVFI_PARTIAL)) || !find.lvfi.psz || !rows) return -1;
-    const size_t start = find.iStart > 0 ? static_cast<size_t>(find.iStart) : 0;
-    for (size_t i = 0; i < rows; ++i) {
-        if (start + i >= rows && !(flags & LVFI_WRAP)) return -1;
+    const size_t start = from > 0 ? static_cast<size_t>(from) : 0;
+    for (size_t i = 0; i < rows && (start + i < rows || flags & LVFI_WRAP); ++i) {
         const size_t row = (start + i) % rows;
         char text[kCommentSize];
         CatalogCell(manager.catalog, row, FindColumn(manager), text);
-        if (BeginsWith(text, find.lvfi.psz, !(flags & LVFI_PARTIAL)))
-            return static_cast<LRESULT>(row);
+        if (BeginsWith(text, words, !(flags & LVFI_PARTIAL))) return static_cast<LRESULT>(row);
     }
     return -1;
+}
+
+static LRESULT OnFindRow(const ManagerWindow& manager, const NMLVFINDITEMA& find) {
+    if (!(find.lvfi.flags & (LVFI_STRING | LVFI_PARTIAL)) || !find.lvfi.psz) return -1;
+    return FindRow(manager, find.iStart, find.lvfi.flags, find.lvfi.psz);
+}
+
+// Wide even where the window is not.
+static LRESULT OnFindRow(const ManagerWindow& manager, const NMLVFINDITEMW& find) {
+    char words[kCommentSize] = "";
+    if (!(find.lvfi.flags & (LVFI_STRING | LVFI_PARTIAL)) || !find.lvfi.psz) return -1;
+    if (!WideCharToMultiByte(CP_ACP, 0, find.lvfi.psz, -1, words, sizeof words, nullptr, nullptr))
+        return -1;
+    return FindRow(manager, find.iStart, find.lvfi.flags, words);
 }
 
 // ---- selection and clicks
@@ -79,6 +90,8 @@ LRESULT OnManagerNotify(ManagerWindow* manager, NMHDR* header) {
         break;
     case static_cast<UINT>(LVN_ODFINDITEMA):
         return OnFindRow(*manager, *reinterpret_cast<NMLVFINDITEMA*>(header));
+    case static_cast<UINT>(LVN_ODFINDITEMW):
+        return OnFindRow(*manager, *reinterpret_cast<NMLVFINDITEMW*>(header));
     case static_cast<UINT>(LVN_COLUMNCLICK): {
         ManagerSettings sorted = manager->settings;
         SortByColumn(&sorted, reinterpret_cast<NMLISTVIEW*>(header)->iSubItem);
