@@ -231,7 +231,7 @@ static void OnFont(PrintDialog* dialog) {
 
 static void ShowNoPrinter(PrintDialog* dialog) {
     char text[kStringMax];
-    LoadText(IDS_PRINT_NO_PRINTER, text);
+    LoadText(IDS_PRINT_NONE, text);
     ShowMessage(dialog, text);
 }
 

@@ -265,7 +265,7 @@ TEST_F(PrintDialogTest, WithoutAPrinterThePreviewWorks) {
         Click(button);
         std::string text;
         ASSERT_TRUE(AnswerBox("Printing", IDOK, &text));
-        EXPECT_TRUE(text.starts_with("There is no printer."));
+        EXPECT_TRUE(text.starts_with("There is no printer that could be used."));
     }
     EXPECT_EQ(s_fake.freed, 0);
 }
