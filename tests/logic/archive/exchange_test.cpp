@@ -120,7 +120,7 @@ TEST(Carry, ImportKeepsWhatTheFormCantCarry) {
     EXPECT_EQ(read->revision, 4);
     EXPECT_STREQ(read->comment, "mine");
     EXPECT_STREQ(read->trackComments[2], "loud");
-    EXPECT_EQ(TmsfSecond(read->program[0].stop), 20u);
+    EXPECT_EQ(read->program[0].start, MakeTmsf(2, 0, 10, 0));
 
     KeepUncarried(kCdpForm, *stored, asCdp.get());
     EXPECT_STREQ(asCdp->trackTitles[1], "Track 2") << "a CDP file carries all";

@@ -190,6 +190,23 @@ TEST(Cddb, ThereAndBack) {
     EXPECT_EQ(found, 200u);
 }
 
+TEST(Cddb, WhatWouldBeReadAnotherWay) {
+    auto disc = MakeDisc(0xABC, 3, "In / Out", "AC / DC");
+    auto various = MakeDisc(0xABD, 3, "Title", "VA");
+    CopyText(various->trackTitles[2], "One / Two");
+    CopyText(disc->trackTitles[2], "Three / Four");
+    disc->program[1].start = MakeTmsf(1, 0, 10, 0); // a stretch of a track
+    disc->programCount = 2;
+    for (const auto* record : {disc.get(), various.get()}) {
+        auto back = std::make_unique<CDInfoRecord>();
+        ASSERT_TRUE(ReadCddbEntry(WriteCddbEntry(*record, {}), {}, back.get()));
+        EXPECT_STREQ(back->trackArtists[2], record == disc.get() ? "AC/DC" : "VA");
+        EXPECT_STREQ(back->trackTitles[2], record->trackTitles[2]);
+        EXPECT_STREQ(back->title, record->title);
+        EXPECT_EQ(back->programCount, 3) << "every track, where the order can't be told";
+    }
+}
+
 // ---- CUE
 
 // lengths: frames of the files; 0 unknown.
@@ -252,6 +269,7 @@ TEST(Cue, ThereAndBack) {
     }
     auto untimed = MakeDisc(0xABC, 1, "Title");
     std::memset(untimed->trackStarts, 0, sizeof untimed->trackStarts);
+    CompleteRecord(untimed.get());
     const auto back = ReadSheet(WriteCueSheet(*untimed, "any.wav", {}), {0});
     ASSERT_TRUE(back);
     EXPECT_EQ(PackedDisc(*untimed), PackedDisc(*back));
