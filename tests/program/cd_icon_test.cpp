@@ -1,0 +1,181 @@
+// The CD icon as a user sees it, and the engine's configuration dialog by all its ways.
+#include "cd/icon_win.h"
+#include "resources/ids.h"
+#include "tests/program/harness.h"
+#include "tests/support/screen_win.h"
+#include "tests/support/tone_disc.h"
+
+#include <memory>
+
+constexpr uint32_t kPlaying = 526, kPaused = 529;
+constexpr const char* kDialog = "CD Engine Configuration";
+constexpr const char* kCdKey = "Software\\Tonvista\\CDEngine";
+constexpr const char* kPlayerKey = "AudioCD\\shell\\play\\command";
+constexpr const char* kOtherPlayer = "C:\\other.exe %1";
+
+namespace {
+class CdIconTest : public ProgramTest {
+protected:
+    void SetUp() override {
+        ProgramTest::SetUp();
+        DeleteRegValue(kUserRoot, "Software\\Tonvista", "CDIconShowOptions");
+        static const std::string s_disc =
+            MakeToneDisc(kProgramFolder, "icon", {{440, 4500}, {550, 3750}}).cue;
+        PutImage(s_disc);
+    }
+    void StartWithIcon() {
+        SwitchOn("CDEngineOn");
+        SwitchOn("CDUITBIcon");
+        Start();
+        peer = std::make_unique<SharedPeer>();
+        ASSERT_TRUE(WaitUntil([] { return Window() && Tray(); }));
+    }
+    static HWND Window() { return FindWindowA(kCdIconClass, nullptr); }
+    static HWND Tray() {
+        return FindWindowExA(FindWindowA("__winex11_standalone_tray", nullptr), nullptr,
+                             "__winex11_tray_icon", nullptr);
+    }
+    // The tooltip that is shown just now.
+    static std::string Tip() {
+        HWND tip = nullptr;
+        while ((tip = FindWindowExA(nullptr, tip, TOOLTIPS_CLASSA, nullptr)))
+            if (IsWindowVisible(tip)) return TextOf(tip);
+        return "";
+    }
+    // The icon's, when the pointer comes over it and rests there; it is shown for some seconds.
+    static bool Tells(const char* text) {
+        for (int i = 0; i < 4; ++i) {
+            SetCursorPos(1000, 1000);
+            SetWindowPos(GetParent(Tray()), HWND_TOPMOST, 0, 600, 0, 0,
+                         SWP_NOSIZE | SWP_NOACTIVATE);
+            Sleep(100);
+            const RECT icon = PlaceOf(Tray());
+            SetCursorPos((icon.left + icon.right) / 2, (icon.top + icon.bottom) / 2);
+            if (WaitUntil([=] { return Tip() == text; }, 3000)) return true;
+        }
+        return false;
+    }
+    static uint32_t Setting(const char* name) { return ReadRegDword(kUserRoot, kCdKey, name); }
+    static std::string Player() {
+        char text[300] = "";
+        ReadRegString(kClassesRoot, kPlayerKey, "", text, sizeof text);
+        return text;
+    }
+    static bool OkAndGone(HWND dialog) {
+        Command(dialog, IDOK);
+        return WaitUntil([=] { return !IsWindow(dialog); });
+    }
+    bool CdIs(uint32_t mode) const {
+        return WaitUntil([=, this] { return peer->block->CdMode == mode; });
+    }
+    std::unique_ptr<SharedPeer> peer;
+};
+} // namespace
+
+TEST_F(CdIconTest, TellsWhatTheOptionsAskForAndPausesByAClick) {
+    StartWithIcon();
+    for (int bit = 0; bit < 5; ++bit)
+        if (bit != 3) Command(FindConsole(), static_cast<UINT>(kConsoleCdIconOption + bit));
+    EXPECT_TRUE(Tells("Unknown CD Title, by Artist 01:50")) << Tip();
+    EXPECT_EQ(ReadRegDword(kUserRoot, "Software\\Tonvista", "CDIconShowOptions"), 23u);
+    Command(Window(), kCdIconEntryFirst + 1);
+    EXPECT_TRUE(CdIs(kPlaying));
+    EXPECT_TRUE(Tells("Track 2, by Artist, on Unknown CD Title 00:50")) << Tip();
+    PostMessageA(Tray(), WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(5, 5));
+    EXPECT_TRUE(CdIs(kPaused));
+    PostMessageA(Tray(), WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(5, 5));
+    EXPECT_TRUE(CdIs(kPlaying));
+    // Its open menu holds up nobody.
+    PostMessageA(Tray(), WM_RBUTTONUP, 0, MAKELPARAM(5, 5));
+    ASSERT_TRUE(WaitUntil([] { return IsWindowVisible(FindWindowA("#32768", nullptr)) != 0; }));
+    EXPECT_LT(AnswerTime(FindConsole()), kPatienceMs);
+    Command(FindConsole(), kConsoleCdIconOption);
+    PostMessageA(Window(), WM_CANCELMODE, 0, 0);
+    PostMessageA(FindConsole(), RegisterWindowMessageA("TaskbarCreated"), 0, 0);
+    EXPECT_TRUE(Tells("Track 2, by Artist 00:50")) << Tip();
+    // It goes with the engine that it needs, and calls it back.
+    Command(FindConsole(), kConsoleCdEngine);
+    EXPECT_TRUE(WaitUntil([] { return !Window() && !Tray(); }));
+    EXPECT_TRUE(WaitUntil([] { return ReadWindowDword(1, "CDUITBIcon", 9) == 0; }));
+    Command(FindConsole(), kConsoleCdIcon);
+    EXPECT_TRUE(WaitUntil([] { return Window() && Tray() && FindCdEngine(); }));
+    EXPECT_EQ(Close(), 0);
+    EXPECT_FALSE(Tray());
+    EXPECT_EQ(ReadWindowDword(1, "CDUITBIcon", 9), 1u);
+}
+
+// Console with the engine off, then CD player and icon with the engine on.
+TEST_F(CdIconTest, ConfiguresTheEngineWhetherItRunsOrNot) {
+    const std::string before = Player();
+    WriteRegString(kClassesRoot, kPlayerKey, "", kOtherPlayer);
+    WriteRegDword(kUserRoot, kCdKey, "UseAsDefault", kRegDword, 1);
+    Start();
+    const int boxes[] = {IDC_CD_CONFIG_AUTO_EJECT, IDC_CD_CONFIG_STOP_EXIT, IDC_CD_CONFIG_AUTO_RUN,
+                         IDC_CD_CONFIG_AUTO_EXIT};
+    const char* const values[] = {"AutoEject", "StopExit", "AutoRun", "AutoExit"};
+    for (const int engine : {0, 1}) {
+        SCOPED_TRACE(engine);
+        HWND window = FindConsole();
+        UINT command = kConsoleConfigureCd;
+        if (engine) {
+            Command(FindConsole(), kConsoleCdPlayer);
+            Command(FindConsole(), kConsoleCdIcon);
+            ASSERT_TRUE(WaitUntil([&] { return FindComponent("CDPlayerUI") && Window(); }));
+            window = FindComponent("CDPlayerUI");
+            command = kPlayerConfigure;
+        }
+        const int wanted = !engine;
+        const auto open = [&] {
+            Command(window, command);
+            return WaitForDialog(kDialog);
+        };
+        HWND dialog = open();
+        ASSERT_TRUE(dialog);
+        EXPECT_EQ(ChildText(dialog, IDC_CD_CONFIG_DRIVE), "D:");
+        EXPECT_TRUE(IsDlgButtonChecked(dialog, IDC_CD_CONFIG_DEFAULT));
+        for (const int box : boxes)
+            CheckDlgButton(dialog, box, wanted);
+        Ask(Child(dialog, IDC_CD_CONFIG_INTRO), WM_SETTEXT, 0, reinterpret_cast<LPARAM>("12"));
+        const uint32_t length = Setting("IntroLength");
+        Command(dialog, IDCANCEL);
+        ASSERT_TRUE(WaitUntil([=] { return !IsWindow(dialog); }));
+        EXPECT_EQ(Setting("IntroLength"), length) << "cancelled";
+        for (const auto& [typed, stored] :
+             {std::pair{"99", 30u}, {"2", 5u}, {"", 5u}, {"17", 17u}}) {
+            const HWND again = open();
+            ASSERT_TRUE(again);
+            for (const int box : boxes)
+                CheckDlgButton(again, box, stored == 17 ? wanted : !wanted);
+            Ask(Child(again, IDC_CD_CONFIG_INTRO), WM_SETTEXT, 0, reinterpret_cast<LPARAM>(typed));
+            ASSERT_TRUE(OkAndGone(again));
+            const uint32_t expected = stored;
+            EXPECT_TRUE(WaitUntil([=] { return Setting("IntroLength") == expected; })) << typed;
+        }
+        for (const char* value : values)
+            EXPECT_TRUE(WaitUntil([=] { return Setting(value) == static_cast<uint32_t>(wanted); }))
+                << value;
+        if (engine) Ask(FindCdEngine(), WM_NULL, 0, 0); // until it is done with the last one
+        EXPECT_NE(Player().find("tonvista.exe /play %1"), std::string::npos) << Player();
+        // Who came in between keeps the command.
+        WriteRegString(kClassesRoot, kPlayerKey, "", kOtherPlayer);
+        dialog = open();
+        ASSERT_TRUE(dialog);
+        CheckDlgButton(dialog, IDC_CD_CONFIG_DEFAULT, 0);
+        ASSERT_TRUE(OkAndGone(dialog));
+        EXPECT_TRUE(WaitUntil([=] { return Setting("UseAsDefault") == 0; }));
+        EXPECT_EQ(Player(), kOtherPlayer);
+        dialog = open();
+        ASSERT_TRUE(dialog);
+        EXPECT_FALSE(IsDlgButtonChecked(dialog, IDC_CD_CONFIG_DEFAULT));
+        CheckDlgButton(dialog, IDC_CD_CONFIG_DEFAULT, 1);
+        // One dialog, whoever else asks for it.
+        Command(FindConsole(), kConsoleConfigureCd);
+        if (engine) Command(Window(), kCdIconConfigure);
+        EXPECT_LT(AnswerTime(FindConsole()), kPatienceMs);
+        ASSERT_TRUE(OkAndGone(dialog));
+        EXPECT_FALSE(FindWindowA("#32770", kDialog));
+        EXPECT_TRUE(WaitUntil([=] { return Setting("UseAsDefault") == 1; }));
+    }
+    EXPECT_EQ(Close(), 0);
+    WriteRegString(kClassesRoot, kPlayerKey, "", before.c_str());
+}
