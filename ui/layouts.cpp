@@ -88,13 +88,47 @@ LayoutStep LayoutStepOf(int windowId, uint32_t openMask, int isOpen) {
 constexpr int kMargin = 7;
 constexpr int kColumnShare = 3; // the column has one third of the width
 constexpr int kColumnMin = 70, kBrandMin = 50;
+constexpr int kLegible = 14; // button height below which the gaps give way
 
 LayoutsWindowBoxes LayOutLayoutsWindow(int width, int height) {
     LayoutsWindowBoxes boxes = {};
     Box area = InsetBox({0, 0, width, height}, kMargin);
     int column = std::max(area.width / kColumnShare, kColumnMin);
     if (area.width - column - kMargin < kBrandMin) column = area.width;
-    SplitColumn(TakeLeft(&area, column, kMargin), kLayoutsButtons, kMargin, boxes.buttons);
-    boxes.brand = {area.left, area.top, area.width, boxes.buttons[0].height};
+    const int gap =
+        std::clamp((area.height - kLayoutsButtons * kLegible) / (kLayoutsButtons - 1), 1, kMargin);
+    SplitColumn(TakeLeft(&area, column, kMargin), kLayoutsButtons, gap, boxes.buttons);
+    const int line = boxes.buttons[0].height;
+    boxes.brand = {area.left, area.top, area.width, line};
+    const int rest = std::max(0, area.height - line - kMargin);
+    boxes.picture = {area.left, area.top + area.height - rest, area.width, rest};
     return boxes;
+}
+
+Box SmallScreen(const Box& area, int screenWidth, int screenHeight) {
+    if (screenWidth <= 0 || screenHeight <= 0) return {area.left, area.top, 0, 0};
+    const int64_t fits = static_cast<int64_t>(area.width) * screenHeight / screenWidth;
+    if (fits <= area.height) return {area.left, area.top, area.width, static_cast<int>(fits)};
+    const int64_t width = static_cast<int64_t>(area.height) * screenWidth / screenHeight;
+    return {area.left, area.top, static_cast<int>(width), area.height};
+}
+
+// One axis: a stored stretch on a screen of `from` pixels, shown in `to` pixels. Stored numbers may
+// be anything.
+static void ScaleAxis(int32_t start, int32_t extent, int from, int to, int* small, int* length) {
+    const int64_t low = std::clamp<int64_t>(start, 0, from);
+    const int64_t high = std::clamp<int64_t>(static_cast<int64_t>(start) + extent, low, from);
+    *small = static_cast<int>(low * to / from);
+    *length = static_cast<int>(high * to / from) - *small;
+}
+
+Box SmallWindow(const Box& screen, int screenWidth, int screenHeight, const LayoutEntry& entry) {
+    Box box = {screen.left, screen.top, 0, 0};
+    if (screenWidth <= 0 || screenHeight <= 0) return box;
+    int left, top;
+    ScaleAxis(entry.X, entry.Width, screenWidth, screen.width, &left, &box.width);
+    ScaleAxis(entry.Y, entry.Height, screenHeight, screen.height, &top, &box.height);
+    box.left += left;
+    box.top += top;
+    return box;
 }

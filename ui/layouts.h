@@ -37,7 +37,8 @@ extern const uint16_t kSwitchedWindowIds[kSwitchedWindows];
 enum LayoutStep { kLeaveWindow, kCloseWindow, kMoveWindow, kOpenWindow };
 LayoutStep LayoutStepOf(int windowId, uint32_t openMask, int isOpen);
 
-// ---- the window "Layouts": a column of equal buttons at the left, its label beside it
+// ---- the window "Layouts": a column of equal buttons at the left; beside it the label, and below
+// that the chosen layout in small
 enum LayoutsControl {
     kLayoutsChoice = 700, // + layout
     kLayoutsRecall = 706,
@@ -49,6 +50,11 @@ constexpr int kLayoutsButtons = 9; // from kLayoutsChoice
 
 struct LayoutsWindowBoxes {
     Box buttons[kLayoutsButtons];
-    Box brand; // nothing where the window is too narrow for it
+    Box brand, picture; // nothing where the window is too narrow for them
 };
 LayoutsWindowBoxes LayOutLayoutsWindow(int width, int height);
+
+// A screen in small, as large as fits into the area, in its proportions; and on it a window. What
+// lies outside the screen is cut off, and may leave nothing.
+Box SmallScreen(const Box& area, int screenWidth, int screenHeight);
+Box SmallWindow(const Box& screen, int screenWidth, int screenHeight, const LayoutEntry& entry);

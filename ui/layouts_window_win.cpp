@@ -1,5 +1,5 @@
-// The window "Layouts": six numbers to choose from, and buttons that recall and store the chosen
-// arrangement.
+// The window "Layouts": six numbers to choose from, buttons that recall and store the chosen
+// arrangement, and a small picture of it.
 #include "ui/layouts_window_win.h"
 
 #include "core/commands.h"
@@ -11,10 +11,12 @@
 #include "ui/indicator_win.h"
 #include "ui/layouts_win.h"
 #include "ui/look_win.h"
+#include "ui/paint_win.h"
 #include "ui/tooltips_win.h"
 #include "ui/window_thread_win.h"
 
 static constexpr COLORREF kBrandColor = 0xFFFF00;
+static constexpr int kScreenEdge = 2;                 // pixels of the sunken edge
 static constexpr int kControls = kLayoutsButtons + 1; // the brand is the last
 static_assert(kLayoutsChoice + kLayoutsButtons == kLayoutsBrand);
 
@@ -31,11 +33,71 @@ struct LayoutsWindow {
     HWND controls[kControls];
     int setting;
     CachedFont font;
+    Box picture;
+    LayoutEntry entries[kLayoutWindows]; // of the chosen layout, for the picture
 };
 } // namespace
 static LayoutsWindow s_layouts;
 
 static HWND Owner();
+
+// ---- the picture
+
+static void ReadPicture() {
+    for (int place = 0; place < kLayoutWindows; ++place)
+        ReadLayoutEntry(s_layouts.setting, kLayoutWindowIds[place] - 1, &s_layouts.entries[place]);
+    InvalidateRect(s_layouts.window, nullptr, TRUE);
+}
+
+static RECT RectOf(const Box& box) {
+    return {box.left, box.top, box.left + box.width, box.top + box.height};
+}
+
+// As dark as the players' displays.
+static COLORREF ScreenColor() {
+    const COLORREF c = Colors.CmpntBkClr;
+    return RGB(GetRValue(c) * 3 / 10, GetGValue(c) * 3 / 10, GetBValue(c) * 3 / 10);
+}
+
+static void DrawSmallWindow(HDC dc, int windowId, const Box& box) {
+    RECT area = RectOf(box);
+    if (IsRectEmpty(&area)) return;
+    FillArea(dc, area, Colors.BtnFaceClr);
+    DrawEdge(dc, &area, BDR_RAISEDINNER, BF_RECT);
+    char name[kStringMax];
+    const int length = LoadText(IDS_SHORT_NAMES + windowId, name);
+    DrawTextA(dc, name, length, &area,
+              DT_CENTER | DT_VCENTER | DT_SINGLELINE | DT_NOPREFIX | DT_END_ELLIPSIS);
+}
+
+// The windows that a layout opens, the console last and on top.
+static void DrawPicture(HDC dc) {
+    const int width = GetSystemMetrics(SM_CXSCREEN), height = GetSystemMetrics(SM_CYSCREEN);
+    const Box screen = SmallScreen(s_layouts.picture, width, height);
+    const Box inside = InsetBox(screen, kScreenEdge);
+    RECT ground = RectOf(screen);
+    if (IsRectEmpty(&ground)) return;
+    FillArea(dc, ground, ScreenColor());
+    DrawEdge(dc, &ground, EDGE_SUNKEN, BF_RECT);
+    const HGDIOBJ before = SelectObject(dc, s_layouts.font.font);
+    SetBkMode(dc, TRANSPARENT);
+    SetTextColor(dc, Colors.BtnDrkClr);
+    for (int place = kLayoutWindows - 1; place >= 0; --place) {
+        const int id = kLayoutWindowIds[place];
+        const LayoutEntry& entry = s_layouts.entries[place];
+        if (id == kVisualsWindowId || id == kLayoutsWindowId) continue;
+        if (entry.Open || id == kConsoleWindowId)
+            DrawSmallWindow(dc, id, SmallWindow(inside, width, height, entry));
+    }
+    SelectObject(dc, before);
+}
+
+static void OnPaint(HWND window) {
+    PAINTSTRUCT paint;
+    const HDC dc = BeginPaint(window, &paint);
+    DrawPicture(dc);
+    EndPaint(window, &paint);
+}
 
 // ---- acting
 
@@ -53,6 +115,7 @@ static int OnCommand(int id) {
         s_layouts.setting = id - kLayoutsChoice;
         ShowSetting();
         SaveSetting(); // at once: Home in any window follows it
+        ReadPicture();
         return 1;
     }
     switch (id) {
@@ -60,7 +123,10 @@ static int OnCommand(int id) {
         PostMessageA(Owner(), WM_COMMAND, kLayoutFirst + s_layouts.setting,
                      reinterpret_cast<LPARAM>(s_layouts.window));
         return 1;
-    case kLayoutsStore: StoreLayout(s_layouts.setting); return 1;
+    case kLayoutsStore:
+        StoreLayout(s_layouts.setting);
+        ReadPicture();
+        return 1;
     case kLayoutsClose: PostMessageA(s_layouts.window, WM_CLOSE, 0, 0); return 1;
     default: return 0;
     }
@@ -99,6 +165,7 @@ static int OnCreateControls(HWND window) {
     s_layouts.controls[kLayoutsButtons] = brand;
     SetIndicatorColor(brand, kBrandColor);
     AddIndicatorToolTip(s_layouts.tooltips, window, brand, IDS_LAYOUTS_BRAND_TIP);
+    ReadPicture();
     return 1;
 }
 
@@ -108,6 +175,7 @@ static void OnLayout(HWND window, int width, int height) {
     for (int i = 0; i < kLayoutsButtons; ++i)
         places[i] = {kLayoutsChoice + i, boxes.buttons[i]};
     places[kLayoutsButtons] = {kLayoutsBrand, boxes.brand};
+    s_layouts.picture = boxes.picture;
     PlaceControls(window, places, kControls);
     ShowSetting(); // colours may be others now
     PlaceIndicatorToolTip(s_layouts.tooltips, window, s_layouts.controls[kLayoutsButtons]);
@@ -145,6 +213,10 @@ static HWND Owner() {
 }
 
 static LRESULT LayoutsProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    if (s_layouts.window == window && message == WM_PAINT) {
+        OnPaint(window);
+        return 0;
+    }
     if (s_layouts.window == window && message == WM_COMMAND && HIWORD(wParam) == kButtonClicked &&
         OnCommand(LOWORD(wParam)))
         return 0;

@@ -37,6 +37,7 @@ TEST(Layouts, TheWindowStaysTidyAtAnySize) {
             const LayoutsWindowBoxes boxes = LayOutLayoutsWindow(width, height);
             std::vector<Box> all(boxes.buttons, boxes.buttons + kLayoutsButtons);
             all.push_back(boxes.brand);
+            all.push_back(boxes.picture);
             ASSERT_TRUE(Tidy(all, {0, 0, width, height}, 0)) << width << " x " << height;
         }
     const LayoutsWindowBoxes usual = LayOutLayoutsWindow(392, 392);
@@ -46,4 +47,18 @@ TEST(Layouts, TheWindowStaysTidyAtAnySize) {
         EXPECT_NEAR(button.height, usual.buttons[0].height, 1);
     }
     EXPECT_EQ(LayOutLayoutsWindow(104, 300).brand.width, 0) << "too narrow for both";
+}
+
+TEST(Layouts, ThePictureKeepsProportionsAndTakesAnyStoredNumbers) {
+    const Box area = {150, 50, 200, 400}, screen = SmallScreen(area, 1024, 768);
+    EXPECT_TRUE(screen.left == 150 && screen.width == 200 && screen.height == 150);
+    const Box low = SmallScreen({0, 0, 200, 75}, 1024, 768);
+    EXPECT_TRUE(low.width == 100 && low.height == 75);
+    const Box half = SmallWindow(screen, 1024, 768, {512, 384, 512, 384, 1});
+    EXPECT_TRUE(half.left == 250 && half.top == 125 && half.width == 100 && half.height == 75);
+    const int32_t kNumbers[] = {INT32_MIN, -300, 0, 1, 700, 5000, INT32_MAX};
+    for (const int32_t at : kNumbers)
+        for (const int32_t size : kNumbers)
+            EXPECT_TRUE(Inside(SmallWindow(screen, 1024, 768, {at, size, size, at, 1}), screen))
+                << at << " " << size;
 }
