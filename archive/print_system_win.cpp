@@ -91,7 +91,7 @@ static PrintAnswer ChoosePrinter(HWND owner, PrinterSetup* setup, size_t pages, 
     dialog.hDevMode = setup->mode;
     dialog.hDevNames = setup->names;
     dialog.Flags = PD_RETURNDC | PD_NOSELECTION | PD_USEDEVMODECOPIESANDCOLLATE | PD_NOWARNING |
-                   (last > 1 ? 0 : PD_NOPAGENUMS);
+                   PD_HIDEPRINTTOFILE | (last > 1 ? 0 : PD_NOPAGENUMS);
     dialog.nMinPage = dialog.nFromPage = 1;
     dialog.nMaxPage = dialog.nToPage = std::max<WORD>(1, last);
     const PrintAnswer answer = AnswerOf(PrintDlgA(&dialog));

@@ -190,8 +190,8 @@ static void TakePaper(PrintDialog* dialog) {
     if (!dialog->hasPrinter) paper = LocalPaper();
     char format[kStringMax], text[kStringMax];
     LoadText(IDS_PRINT_PAPER, format);
-    FormatText(text, sizeof text, format, dialog->printer.c_str(), paper.width / 100,
-               paper.width / 10 % 10, paper.height / 100, paper.height / 10 % 10);
+    FormatText(text, sizeof text, format, dialog->printer.c_str(), (paper.width + 50) / 100,
+               (paper.height + 50) / 100);
     SetText(dialog, IDC_PRINT_PAPER_NAME, text[0] == '\n' ? text + 1 : text);
 }
 
