@@ -32,6 +32,11 @@ struct Exchange : testing::Test {
     int Import(ExchangeForm form) {
         return ImportDiscs(nullptr, form, path.c_str(), progress, &discs);
     }
+    std::wstring FirstName() {
+        WIN32_FIND_DATAW found;
+        FindClose(FindFirstFileW((target + L"\\????????").c_str(), &found));
+        return found.cFileName;
+    }
     // Imports while somebody reads and closes the box that comes: its text.
     std::string FaultOfImport() {
         std::string text;
@@ -67,6 +72,16 @@ TEST_F(Exchange, EveryFormThereAndBack) {
         }
         EXPECT_EQ(DiscsOf(nullptr, 0), texts) << form;
     }
+    // A folder with folders of kinds in it, other things and a broken file.
+    TearDown();
+    ASSERT_TRUE(Export(kCddbForm, 1, 40));
+    CreateDirectoryW((target + L"\\rock").c_str(), nullptr);
+    MoveFileW((target + L"\\" + FirstName()).c_str(), (target + L"\\rock\\01").c_str());
+    Spill(target + L"\\read me", Bytes(99, 'x'));
+    EXPECT_TRUE(Import(kCddbForm));
+    Spill(target + L"\\0", Bytes({'#', ' ', 'x', 'm', 'c', 'd'}));
+    EXPECT_FALSE(Import(kCddbForm));
+    EXPECT_EQ(DiscsOf(), all);
     // Over the discs that are there CDPlayer.ini brings nothing new, and takes nothing away.
     path += ".ini";
     ASSERT_TRUE(Export(kIniForm, 1, 40));
