@@ -23,10 +23,17 @@ static int CALLBACK OnBrowse(HWND browser, UINT message, LPARAM, LPARAM start) {
 }
 
 static void Browse() {
-    char title[kStringMax], typed[kPathSize] = "", folder[kPathSize], chosen[MAX_PATH] = "";
+    char title[kStringMax], typed[kPathSize] = "", folder[kPathSize], above[kPathSize],
+                            chosen[MAX_PATH] = "";
     LoadText(IDS_SETUP_BROWSE, title);
     GetDlgItemTextA(s_dialog.window, IDC_INSTALL_FOLDER, typed, sizeof typed);
-    FolderOfPath(typed, folder); // it may not yet be there itself
+    CopyText(folder, typed);
+    // The nearest one that is there already.
+    while (*folder && GetFileAttributesA(folder) == INVALID_FILE_ATTRIBUTES) {
+        FolderOfPath(folder, above);
+        if (SameText(folder, above)) break;
+        CopyText(folder, above);
+    }
     BROWSEINFOA browse = {};
     browse.hwndOwner = s_dialog.window;
     browse.lpszTitle = title;

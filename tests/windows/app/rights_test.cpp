@@ -86,5 +86,6 @@ TEST(Rights, TheUsersPlacesAreWrittenAndTakenBack) {
     for (const char* key : {paths, listed, "Software\\Classes\\.cdp", "Software\\Classes\\.mp3",
                             "Software\\Classes\\Tonvue.mp3", "Software\\Classes\\AudioCD"})
         EXPECT_FALSE(RegKeyExists(kUserRoot, key)) << key;
+    DeleteRegTree(kUserRoot, "Software\\Classes\\.wav");
     s_refusing = 0;
 }
