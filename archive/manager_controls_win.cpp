@@ -105,7 +105,7 @@ static int LettersFit(const ManagerWindow& manager, int from, int count, int air
 }
 
 static void GiveLabelFont(ManagerWindow* manager, CachedFont* font, int from, int count, int air) {
-    int height = ManagerLetterHeight(UIOptions.DoubleFontSize);
+    int height = manager->layout.letterHeight;
     while (height > kManagerMinLetter && !LettersFit(*manager, from, count, air, height))
         --height;
     GiveFont(font, FontFaceName, height, kLabelWeight, manager->controls + from, count);
@@ -113,11 +113,14 @@ static void GiveLabelFont(ManagerWindow* manager, CachedFont* font, int from, in
 
 static void GiveFonts(ManagerWindow* manager) {
     const HWND readable[] = {ListOf(*manager), ControlOf(*manager, kManagerSummary),
-                             ControlOf(*manager, kManagerSearch), manager->cellEdit};
+                             manager->cellEdit};
+    const HWND search = ControlOf(*manager, kManagerSearch);
     GiveLabelFont(manager, &manager->labelFont, kManagerFirstButton, kManagerButtons, kLabelAir);
     GiveLabelFont(manager, &manager->stripFont, kManagerFirstIndicator, kManagerIndicators, 0);
     GiveFont(&manager->listFont, FontFaceName, ManagerLetterHeight(UIOptions.DoubleFontSize) + 1,
-             FW_NORMAL, readable, 4);
+             FW_NORMAL, readable, 3);
+    GiveFont(&manager->searchFont, FontFaceName, manager->layout.letterHeight, FW_NORMAL, &search,
+             1);
 }
 
 // ---- colours and layout

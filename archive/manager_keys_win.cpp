@@ -142,7 +142,7 @@ static void PaintHint(const ManagerWindow& manager, HWND search) {
     const HDC dc = GetDC(search);
     GetClientRect(search, &client);
     client.left += 3;
-    const HGDIOBJ before = SelectObject(dc, manager.listFont.font);
+    const HGDIOBJ before = SelectObject(dc, manager.searchFont.font);
     SetBkMode(dc, TRANSPARENT);
     SetTextColor(dc, RGB(128, 128, 128));
     DrawTextA(dc, text, length, &client, DT_SINGLELINE | DT_VCENTER | DT_NOPREFIX);

@@ -34,6 +34,9 @@ int ManagerLetterHeight(int large) {
 static Box& BoxOf(ManagerLayout* layout, int id) {
     return layout->boxes[ManagerControlIndex(id)];
 }
+static const Box& BoxOf(const ManagerLayout& layout, int id) {
+    return layout.boxes[ManagerControlIndex(id)];
+}
 
 // ---- indicators and search field
 
@@ -119,14 +122,15 @@ static void PlacePanes(ManagerLayout* layout, const Box& area, const ManagerWish
                                       area.height - list - kDividerHeight};
 }
 
-ManagerLayout LayOutManager(int width, int height, const ManagerWish& wish) {
+static ManagerLayout LayOutWith(int width, int height, int large, const ManagerWish& wish) {
     ManagerLayout layout = {};
     Box area = InsetBox({0, 0, std::max(width, 0), std::max(height, 0)}, kMargin);
-    const int row = ManagerLetterHeight(wish.large) + kRowAir;
-    const int columns = ButtonColumns(wish.large ? area.width * 2 / 3 : area.width);
+    layout.letterHeight = ManagerLetterHeight(large);
+    const int row = layout.letterHeight + kRowAir;
+    const int columns = ButtonColumns(large ? area.width * 2 / 3 : area.width);
     const int lines = columns ? kManagerButtons / columns : 0;
     const int buttons = lines * row + (lines - 1) * kGap;
-    const int stripRows = area.width >= (wish.large ? kWideStrip * 3 / 2 : kWideStrip) ? 1 : 2;
+    const int stripRows = area.width >= (large ? kWideStrip * 3 / 2 : kWideStrip) ? 1 : 2;
     const int strip = stripRows * row + (stripRows - 1) * kGap;
     int left = area.height - kMinList;
     if (left >= strip + kGroupGap && area.width >= kMinSearch) {
@@ -144,4 +148,11 @@ ManagerLayout LayOutManager(int width, int height, const ManagerWish& wish) {
     }
     PlacePanes(&layout, area, wish);
     return layout;
+}
+
+ManagerLayout LayOutManager(int width, int height, const ManagerWish& wish) {
+    const ManagerLayout layout = LayOutWith(width, height, wish.large, wish);
+    const int complete =
+        layout.groups[kManagerButtonGroup].width && BoxOf(layout, kManagerSummary).width;
+    return complete || !wish.large ? layout : LayOutWith(width, height, 0, wish);
 }

@@ -41,12 +41,14 @@ struct ManagerLayout {
     Box panel;                   // the dark ground of the indicators
     Box groups[kManagerGroups];  // what shares an edge; empty without room for one
     int panesHeight;             // what list, divider and summary share
+    int letterHeight;            // of labels, at most: their cell, in pixels
 };
 
 struct ManagerWish {
     int large;      // "Large Font Size"
     int listHeight; // as the divider was left; 0 or less: by rule
 };
+// Where large letters would cost the buttons, labels stay as they are; the list's own do not.
 ManagerLayout LayOutManager(int width, int height, const ManagerWish& wish);
 // Cell height in pixels of the letters.
 int ManagerLetterHeight(int large);

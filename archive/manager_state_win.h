@@ -58,7 +58,7 @@ struct ManagerWindow {
     HWND focus = nullptr; // the child that had it last, or the window itself
     ManagerSettings settings = {};
     ManagerLayout layout = {};
-    CachedFont labelFont = {}, stripFont = {}, listFont = {};
+    CachedFont labelFont = {}, stripFont = {}, listFont = {}, searchFont = {};
 
     Catalog* catalog = nullptr;
     std::string words;              // of the search field

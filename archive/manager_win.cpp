@@ -40,6 +40,14 @@ static void GoToSearch(const ManagerWindow& manager) {
     SendMessageA(search, EM_SETSEL, 0, -1);
 }
 
+// What goes on, else what narrows the list.
+static void Stop(ManagerWindow* manager) {
+    if (manager->transfer)
+        CancelTransfer(manager->transfer);
+    else
+        SetWindowTextA(ControlOf(*manager, kManagerSearch), "");
+}
+
 static void NextSort(ManagerWindow* manager) {
     const int next = (manager->settings.key + 1) % ViewKeys(manager->settings.view);
     SortManager(manager, static_cast<SortKey>(next), manager->settings.ascending);
@@ -71,7 +79,7 @@ static int OnUserCommand(ManagerWindow* manager, int id) {
     case kManagerPrint: PrintSelected(manager); return 1;
     case kManagerFind: GoToSearch(*manager); return 1;
     case kManagerRefresh: ReadDatabase(manager); return 1;
-    case kManagerStop: CancelTransfer(manager->transfer); return 1;
+    case kManagerStop: Stop(manager); return 1;
     case kManagerCellOpen: OpenFocusedCell(manager); return 1;
     case kManagerDirection:
         SortManager(manager, manager->settings.key, !manager->settings.ascending);
@@ -170,9 +178,9 @@ static void OnDestroy(HWND window) {
     manager->transfer = nullptr;
     FreeCatalog(manager->catalog);
     manager->catalog = nullptr;
-    FreeFont(&manager->labelFont);
-    FreeFont(&manager->stripFont);
-    FreeFont(&manager->listFont);
+    for (CachedFont* font :
+         {&manager->labelFont, &manager->stripFont, &manager->listFont, &manager->searchFont})
+        FreeFont(font);
 }
 
 static void OnSave() {

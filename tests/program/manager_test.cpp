@@ -353,6 +353,11 @@ TEST_F(ManagerTest, NarrowsAsOneTypesAndFindsRows) {
     EXPECT_EQ(FocusedTitle(), "none");
     EXPECT_EQ(list->Selected(), 1) << "what the search hid is selected still";
     EXPECT_EQ(list->Cell(list->Next(-1, LVNI_SELECTED), 0), wanted);
+    Search(wanted.c_str());
+    ASSERT_TRUE(WaitUntil([&] { return list->Count() < 100; }));
+    Key(VK_ESCAPE); // from the list as well; and once more, when there is nothing to leave
+    EXPECT_TRUE(Shows(kManagerProgress, "10000 CDs"));
+    Key(VK_ESCAPE);
     // Typed into the list.
     for (const char c : {'w', 'i', 'n', 't'})
         PostMessageA(list->list, WM_CHAR, static_cast<WPARAM>(c), 1);

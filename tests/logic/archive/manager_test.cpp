@@ -28,9 +28,11 @@ TEST(ManagerLayout, IsTidyAtEverySizeAndAlwaysHasItsList) {
 }
 
 TEST(ManagerLayout, HasEverythingAtItsFirstSizeAndFollowsTheDivider) {
-    const ManagerLayout first = LayOutManager(490, 190, {0, 0}); // of a window of 500 by 200
-    for (const int id : kManagerControlIds)
-        EXPECT_TRUE(BoxOf(first, id).width > 0 && BoxOf(first, id).height > 0) << id;
+    for (const int larger : {0, 1}) { // of a window of 500 by 200
+        const ManagerLayout first = LayOutManager(490, 190, {larger, 0});
+        for (const int id : kManagerControlIds)
+            EXPECT_TRUE(BoxOf(first, id).width > 0 && BoxOf(first, id).height > 0) << id;
+    }
     const ManagerLayout large = LayOutManager(890, 630, {0, 200});
     EXPECT_EQ(200, BoxOf(large, kManagerList).height);
     EXPECT_EQ(BoxOf(large, kManagerDivider).top,
