@@ -29,6 +29,7 @@ struct WindowData {
     HBRUSH brush; // of BkColor
     WindowPlacement written;
     int hasWritten;
+    LONG writtenAt; // s_setPlacements then
 };
 // Passed to WM_CREATE.
 struct CreationRecord {
@@ -43,6 +44,9 @@ constexpr DWORD kStyle =
 constexpr int kEdge = 2; // pixels of the raised edge
 constexpr int kSmallIcon = 16;
 } // namespace
+
+// Counts what others write: a window whose placement may have been replaced writes its own again.
+static volatile LONG s_setPlacements;
 
 static WindowData* Data(HWND window) {
     return ControlData<WindowData>(window);
@@ -80,7 +84,10 @@ int SaveWindowPlacement(HWND window) {
     now.Height = rect.bottom - rect.top;
     now.BkColor = data->BkColor;
     now.WindowId = data->WindowId;
-    if (data->hasWritten && !memcmp(&now, &data->written, sizeof now)) return 1;
+    const LONG others = s_setPlacements;
+    if (data->hasWritten && data->writtenAt == others && !memcmp(&now, &data->written, sizeof now))
+        return 1;
+    data->writtenAt = others;
     data->hasWritten = WriteWindowPlacement(now);
     data->written = now;
     return data->hasWritten;
@@ -103,7 +110,9 @@ int SetSavedPlacement(uint32_t windowId, int x, int y, int width, int height) {
     placement.Y = y;
     placement.Width = width;
     placement.Height = height;
-    return WriteWindowPlacement(placement);
+    const int good = WriteWindowPlacement(placement);
+    InterlockedIncrement(&s_setPlacements);
+    return good;
 }
 
 int RestoreWindowPlacement(HWND window) {

@@ -40,7 +40,7 @@ int SetSavedPlacement(uint32_t windowId, int x, int y, int width, int height);
 // Moves the window to what is saved for it, Z order unchanged.
 int RestoreWindowPlacement(HWND window);
 // Writes the normal rectangle and background colour. A record that this window has just written is
-// not written again.
+// not written again, unless a placement was set since.
 int SaveWindowPlacement(HWND window);
 
 void DestroyChildWindows(HWND window);

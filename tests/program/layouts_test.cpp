@@ -114,9 +114,7 @@ TEST_F(LayoutsTest, EachOpensMovesAndClosesFromWhereverItIsAskedFor) {
         Apply(FindComponent(step.asked), step.layout);
         ASSERT_TRUE(Comes(step.layout)) << "asked of " << step.asked;
     }
-    // Neither moved nor closed; but its saved place is the layout's.
     EXPECT_TRUE(FindComponent("Layouts") == layouts && Shown("Layouts") == chooser);
-    EXPECT_EQ(Saved(kLayoutsWindow), Stored(EntryOf(2, kLayoutsWindow)));
     // Two in a row, and a window that is opened by the one and closed by the other.
     for (const int layout : {4, 1, 0, 3})
         Apply(FindConsole(), layout);
@@ -149,6 +147,7 @@ TEST_F(LayoutsTest, WhatIsStoredComesBack) {
     Apply(FindConsole(), 4);
     ASSERT_TRUE(Comes(4));
     HWND layouts = OpenLayouts();
+    SetWindowPos(layouts, nullptr, 800, 300, 300, 350, SWP_NOZORDER | SWP_NOACTIVATE);
     Command(layouts, kLayoutsChoice + 2);
     ASSERT_TRUE(WaitUntil([] { return ReadWindowDword(kLayoutsWindow, "Setting", 9) == 2; }));
     Command(FindConsole(), kConsoleMixer); // off
@@ -179,6 +178,8 @@ TEST_F(LayoutsTest, WhatIsStoredComesBack) {
             top = GetWindow(top, GW_HWNDNEXT);
         return top == FindComponent("Layouts");
     }));
+    // It stayed where it was, and will be found there again.
+    EXPECT_TRUE(WaitUntil([] { return Saved(kLayoutsWindow) == Shown("Layouts"); }));
     Command(layouts, kLayoutsClose);
     EXPECT_TRUE(WaitUntil([] { return !FindComponent("Layouts"); }));
     // A damaged entry counts as one that is missing: closed, at 0,0, without a size.
