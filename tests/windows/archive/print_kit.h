@@ -3,6 +3,7 @@
 #include "archive/print_draw_win.h"
 #include "ui/canvas_win.h"
 
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -52,18 +53,20 @@ inline void PlayInto(Canvas* canvas, HENHMETAFILE file, int width, int height, i
     FillRect(canvas->dc, &all, static_cast<HBRUSH>(GetStockObject(WHITE_BRUSH)));
     ENHMETAHEADER header;
     GetEnhMetaFileHeader(file, sizeof header, &header);
-    // The frame's place in pixels of the device that the metafile was made for.
-    const auto pixels = [](LONG hundredths, LONG device, LONG millimetres) {
-        return MulDiv(hundredths, device, millimetres * 100);
-    };
     const SIZEL device = header.szlDevice, size = header.szlMillimeters;
-    const RECT frame = {pixels(header.rclFrame.left, device.cx, size.cx),
-                        pixels(header.rclFrame.top, device.cy, size.cy),
-                        pixels(header.rclFrame.right, device.cx, size.cx),
-                        pixels(header.rclFrame.bottom, device.cy, size.cy)};
+    RECT frame; // in pixels of the device that the metafile was made for
+    for (int i = 0; i < 4; ++i)
+        (&frame.left)[i] = i % 2 ? MulDiv((&header.rclFrame.left)[i], device.cy, size.cy * 100)
+                                 : MulDiv((&header.rclFrame.left)[i], device.cx, size.cx * 100);
     if (clipped)
         PlayEnhMetaFile(canvas->dc, file, &frame);
     else
         EnumEnhMetaFile(canvas->dc, file, PlayUnclipped, nullptr, &frame);
     GdiFlush();
+}
+
+inline int DarkPixels(const Canvas& canvas) {
+    return static_cast<int>(std::count_if(canvas.pixels,
+                                          canvas.pixels + canvas.width * canvas.height,
+                                          [](uint32_t pixel) { return (pixel & 0xFF) < 100; }));
 }

@@ -1,46 +1,12 @@
 // Pages drawn into metafiles and played back: the ink of real letters, unclipped, stays inside the
 // boxes that were computed for it.
-#include "archive/print_document.h"
 #include "archive/print_system_win.h"
-#include "tests/support/print_discs.h"
+#include "tests/support/print_pages.h"
 #include "tests/windows/archive/print_kit.h"
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cmath>
-
-static const PrintStyle& RealStyle() {
-    static const PrintStyle s_style = [] {
-        PrintStyle style;
-        LoadPrintFont(kPrintFace, &style.font);
-        style.size = PointsToPaper(9);
-        const char* words[] = {"Audio CDs", "Title",         "Artist",        "Time",
-                               "Tracks",    "Comment",       "Page %d of %d", "%d CDs",
-                               "Program",   "%d tracks, %s", "Various"};
-        std::copy(std::begin(words), std::end(words), style.words);
-        style.date = "1/2/2003";
-        return style;
-    }();
-    return s_style;
-}
-
-static std::vector<PrintPage> MakePages(PrintKind kind, const PrintPaper& paper,
-                                        const std::vector<CDInfoRecord>& records) {
-    PrintDocument document;
-    document.kind = kind;
-    document.style = RealStyle();
-    document.style.paper = paper;
-    const auto discs = std::make_shared<PrintDiscs>();
-    for (const CDInfoRecord& record : records)
-        AddPrintDisc(discs.get(), document.style, record);
-    document.discs = discs;
-    LayOutDocument(&document, records[0]);
-    std::vector<PrintPage> pages;
-    for (size_t i = 0; i < DocumentPages(document); ++i)
-        pages.push_back(DocumentPage(document, i));
-    return pages;
-}
 
 // Pixels outside of all boxes (a pixel around them for rounding and soft edges) that are not white.
 static int StrayPixels(const Canvas& canvas, const PrintPage& page, const DeviceScale& scale) {
@@ -64,26 +30,23 @@ static int StrayPixels(const Canvas& canvas, const PrintPage& page, const Device
     return stray;
 }
 
-static int DarkPixels(const Canvas& canvas) {
-    const size_t count = static_cast<size_t>(canvas.width) * canvas.height;
-    return static_cast<int>(std::count_if(canvas.pixels, canvas.pixels + count,
-                                          [](uint32_t pixel) { return (pixel & 0xFF) < 100; }));
-}
-
 TEST(PrintPage, InkOfRealLettersStaysInsideUnclipped) {
     const PrintPaper papers[] = {LocalPaper(), MakePaper(10500, 14800, {300, 300, 9900, 14200}),
                                  MakePaper(6200, 2900, {150, 150, 5900, 2600})};
+    PrintFont font;
+    LoadPrintFont(kPrintFace, &font);
     Canvas loose = {}, held = {};
     for (const PrintPaper& paper : papers)
         for (int kind = 0; kind < kPrintKinds; ++kind)
             for (const auto texts : {kShortTexts, kLongWords, kLongLines, kOddLetters}) {
                 const CDInfoRecord record = MakeDisc(12, texts, texts != kLongLines);
-                const auto pages = MakePages(static_cast<PrintKind>(kind), paper, {record, record});
+                const auto pages = MakePages(static_cast<PrintKind>(kind), MakeStyle(font, paper),
+                                             {record, record});
                 const DeviceScale scale = {0.08, 0.08, 0, 0}; // 203 dots an inch
                 const int width = paper.width * 8 / 100, height = paper.height * 8 / 100;
                 for (size_t i = 0; i < std::min<size_t>(2, pages.size()); ++i) {
                     SCOPED_TRACE(testing::Message() << paper.width << " " << kind << " " << texts);
-                    const HENHMETAFILE file = MakeMetafile(pages[i], RealStyle().font, scale);
+                    const HENHMETAFILE file = MakeMetafile(pages[i], font, scale);
                     EXPECT_EQ(TextsOf(file).size(), pages[i].texts.size());
                     PlayInto(&loose, file, width, height, 0);
                     PlayInto(&held, file, width, height, 1);

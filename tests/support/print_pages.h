@@ -1,6 +1,6 @@
-// Discs to print, harmless and hostile ones.
+// Discs to print, harmless and hostile ones, and their pages.
 #pragma once
-#include "cdinfo/record.h"
+#include "archive/print_document.h"
 #include "core/text.h"
 
 #include <string>
@@ -45,4 +45,30 @@ inline CDInfoRecord MakeDisc(int tracks, DiscTexts kind, int various) {
     DeriveDiscArtist(&record);
     DeriveTotalTime(&record);
     return record;
+}
+
+inline PrintStyle MakeStyle(const PrintFont& font, const PrintPaper& paper, int points = 9) {
+    return {font,
+            paper,
+            PointsToPaper(points),
+            {"Audio CDs", "Title", "Artist", "Time", "Tracks", "Comment", "Page %d of %d", "%d CDs",
+             "Program", "%d tracks, %s", "Various"},
+            "1/2/2003"};
+}
+
+// Pages of all records, or of the first one.
+inline std::vector<PrintPage> MakePages(PrintKind kind, const PrintStyle& style,
+                                        const std::vector<CDInfoRecord>& records) {
+    PrintDocument document;
+    document.kind = kind;
+    document.style = style;
+    const auto discs = std::make_shared<PrintDiscs>();
+    for (const CDInfoRecord& record : records)
+        AddPrintDisc(discs.get(), style, record);
+    document.discs = discs;
+    LayOutDocument(&document, records[0]);
+    std::vector<PrintPage> pages;
+    for (size_t i = 0; i < DocumentPages(document); ++i)
+        pages.push_back(DocumentPage(document, i));
+    return pages;
 }
