@@ -23,7 +23,7 @@
 constexpr const char* kBuildDate = "Feb  4 2006";
 
 constexpr int kExitHandedOver = 1;
-constexpr DWORD kLastChangesMs = 2000; // for what the manager still has to store
+constexpr DWORD kLastChangesMs = 2000;                // for what the manager still has to store
 constexpr uint32_t kLongestHold = 50, kUsualHold = 5; // buffers
 
 constexpr float kBandCentres[16] = {150,  400,  600,  800,  1000, 1500,  2000,  2500,
