@@ -63,7 +63,7 @@ static void AddShrunk(PrintPage* page, const PrintStyle& style, Box* area, std::
 // ---- the tracks
 
 static std::string TrackText(const CDInfoRecord& record, int track, int artists) {
-    const std::string title = PrintableText(record.trackTitles[track]);
+    std::string title = PrintableText(record.trackTitles[track]);
     if (!artists) return title;
     const std::string artist = PrintableText(record.trackArtists[track]);
     return artist.empty() ? title : artist + " - " + title;

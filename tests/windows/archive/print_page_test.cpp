@@ -3,10 +3,58 @@
 #include "archive/print_system_win.h"
 #include "tests/support/print_pages.h"
 #include "tests/windows/archive/print_kit.h"
+#include "ui/canvas_win.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
+
+// Plays a metafile's texts without the clipping that they were drawn with.
+static int CALLBACK PlayUnclipped(HDC dc, HANDLETABLE* handles, const ENHMETARECORD* record,
+                                  int count, LPARAM) {
+    std::vector<char> copy(reinterpret_cast<const char*>(record),
+                           reinterpret_cast<const char*>(record) + record->nSize);
+    auto* own = reinterpret_cast<ENHMETARECORD*>(copy.data());
+    if (own->iType == EMR_EXTTEXTOUTW)
+        reinterpret_cast<EMREXTTEXTOUTW*>(own)->emrtext.fOptions &=
+            ~static_cast<DWORD>(ETO_CLIPPED);
+    PlayEnhMetaFileRecord(dc, handles, own, static_cast<UINT>(count));
+    return 1;
+}
+
+// A page as a metafile. Its pixels are those of the scale.
+static HENHMETAFILE MakeMetafile(const PrintPage& page, const PrintFont& font,
+                                 const DeviceScale& scale) {
+    const HDC dc = CreateEnhMetaFileA(nullptr, nullptr, nullptr, nullptr);
+    DrawPrintPage(dc, page, font, kPrintFace, scale);
+    return CloseEnhMetaFile(dc);
+}
+
+// Into a white picture of that many pixels, one for one.
+static void PlayInto(Canvas* canvas, HENHMETAFILE file, int width, int height, int clipped) {
+    SizeCanvas(canvas, width, height);
+    const RECT all = {0, 0, width, height};
+    FillRect(canvas->dc, &all, static_cast<HBRUSH>(GetStockObject(WHITE_BRUSH)));
+    ENHMETAHEADER header;
+    GetEnhMetaFileHeader(file, sizeof header, &header);
+    const SIZEL device = header.szlDevice, size = header.szlMillimeters;
+    RECT frame; // in pixels of the device that the metafile was made for
+    for (int i = 0; i < 4; ++i)
+        (&frame.left)[i] = i % 2 ? MulDiv((&header.rclFrame.left)[i], device.cy, size.cy * 100)
+                                 : MulDiv((&header.rclFrame.left)[i], device.cx, size.cx * 100);
+    if (clipped)
+        PlayEnhMetaFile(canvas->dc, file, &frame);
+    else
+        EnumEnhMetaFile(canvas->dc, file, PlayUnclipped, nullptr, &frame);
+    GdiFlush();
+}
+
+static int DarkPixels(const Canvas& canvas) {
+    return static_cast<int>(std::count_if(canvas.pixels,
+                                          canvas.pixels + canvas.width * canvas.height,
+                                          [](uint32_t pixel) { return (pixel & 0xFF) < 100; }));
+}
 
 // Pixels outside of all boxes (a pixel around them for rounding and soft edges) that are not white.
 static int StrayPixels(const Canvas& canvas, const PrintPage& page, const DeviceScale& scale) {
