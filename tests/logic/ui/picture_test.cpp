@@ -108,6 +108,12 @@ TEST(BmpFile, EveryKindShowsItsPicture) {
 TEST(BmpFile, LyingAndBrokenOnesAreRefused) {
     const Bmp cases[] = {
         {.width = 20000, .height = 20000, .rows = kDeep},
+        {.width = 20000,
+         .height = 20000,
+         .bits = 8,
+         .compression = 1,
+         .palette = kColors,
+         .rows = {0, 1}},
         {.width = 0, .rows = kDeep},
         {.height = INT32_MIN, .rows = kDeep},
         {.width = INT32_MAX, .height = INT32_MAX, .rows = kDeep},
