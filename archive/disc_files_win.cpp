@@ -161,8 +161,12 @@ static FileOutcome ReadCueFile(ReadJob* job, const std::wstring& path) {
     const std::wstring folder = path.substr(0, path.find_last_of(L"\\/") + 1);
     const int utf8 = IsUtf8(text);
     std::vector<CueFileLength> lengths;
-    for (const CueFile& file : sheet.files)
-        lengths.push_back(MeasureFile(folder + WidenName(file.name, utf8), file));
+    // One of ours tells all, and its file is only a name.
+    const int isOwn = sheet.files.size() == 1 && CueSheetIdentity(texts);
+    if (isOwn) lengths.resize(1);
+    for (size_t i = lengths.size(); i < sheet.files.size(); ++i)
+        lengths.push_back(
+            MeasureFile(folder + WidenName(sheet.files[i].name, utf8), sheet.files[i]));
     auto record = std::make_unique<CDInfoRecord>();
     if (!ReadCueDisc(sheet, texts, lengths, utf8, CueCodec(), record.get())) return kFileBad;
     GiveDisc(job, *record);

@@ -2,9 +2,7 @@
 #include "archive/cddb.h"
 #include "archive/cue_sheet.h"
 #include "archive/forms_win.h"
-#include "cdinfo/file_layer.h"
 #include "cdinfo/store.h"
-#include "core/text.h"
 
 #include <memory>
 
@@ -16,6 +14,12 @@ struct ExportJob {
     StoreBatch* batch; // CDP
     std::string ini;   // CDPlayer.ini's full path
 };
+
+static int PutText(HANDLE file, const std::string& text) {
+    DWORD put = 0;
+    return WriteFile(file, text.data(), static_cast<DWORD>(text.size()), &put, nullptr) &&
+           put == text.size();
+}
 
 // ---- one file for all
 
@@ -32,9 +36,7 @@ static int AppendDisc(ExportJob* job, const CDInfoRecord& record) {
     if (!OpenText(job)) return 0;
     const std::string text =
         job->form == kTextForm ? TextBlock(record) : DelimitedLines(record, job->separator);
-    DWORD put = 0;
-    return WriteFile(job->file, text.data(), static_cast<DWORD>(text.size()), &put, nullptr) &&
-           put == text.size();
+    return PutText(job->file, text);
 }
 
 static int AddToDatabase(ExportJob* job, const CDInfoRecord& record) {
@@ -44,18 +46,22 @@ static int AddToDatabase(ExportJob* job, const CDInfoRecord& record) {
 
 // ---- a file for each disc
 
-static std::wstring SafeName(const std::string& text) {
-    std::wstring name = WidenPath(text.c_str());
-    for (wchar_t& c : name) {
-        if (c < L' ' || wcschr(L"<>:\"/\\|?*", c)) c = L'_';
-    }
-    return name;
+static int WriteOpened(HANDLE file, const std::string& text) {
+    const int good = PutText(file, text);
+    return CloseHandle(file) && good;
 }
 
-// A name of that stem which is free, or whose file holds the same disc. Nobody else's file is
-// written over.
-static std::wstring FindName(const std::wstring& stem, const wchar_t* ending, uint32_t identity,
-                             int (*holdsDisc)(const std::wstring& path, uint32_t identity)) {
+static HANDLE OpenForWriting(const std::wstring& path, DWORD how) {
+    return CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, how, FILE_ATTRIBUTE_NORMAL,
+                       nullptr);
+}
+
+// Writes under a name of that stem which is free, or whose file holds the same disc: nobody else's
+// is written over. A free name is found by making the file, since looking first would cost a second
+// walk through the folder where file names have to be compared one by one.
+static int WriteBeside(const std::wstring& stem, const wchar_t* ending, uint32_t identity,
+                       int (*holdsDisc)(const std::wstring& path, uint32_t identity),
+                       const std::string& text) {
     constexpr int kTries = 100;
     wchar_t mark[32] = L"";
     for (int i = 0; i < kTries; ++i) {
@@ -63,36 +69,31 @@ static std::wstring FindName(const std::wstring& stem, const wchar_t* ending, ui
         if (i == 1) wsprintfW(mark, L" [%08X]", identity);
         if (i > 1) wsprintfW(mark, L" [%08X]-%d", identity, i);
         const std::wstring path = stem + mark + ending;
-        if (GetFileAttributesW(path.c_str()) == INVALID_FILE_ATTRIBUTES ||
-            holdsDisc(path, identity))
-            return path;
+        HANDLE file = OpenForWriting(path, CREATE_NEW);
+        if (file == INVALID_HANDLE_VALUE) {
+            if (GetLastError() != ERROR_FILE_EXISTS) return 0;
+            if (!holdsDisc(path, identity)) continue;
+            file = OpenForWriting(path, CREATE_ALWAYS);
+        }
+        return file != INVALID_HANDLE_VALUE && WriteOpened(file, text);
     }
-    return {};
-}
-
-static int WriteText(const std::wstring& path, const std::string& text) {
-    return !path.empty() &&
-           SystemFiles().write(path.c_str(), {reinterpret_cast<const uint8_t*>(text.data()),
-                                              text.size()}) == kFileOk;
+    return 0;
 }
 
 static int WriteCddbFile(ExportJob* job, const CDInfoRecord& record) {
     wchar_t name[16];
-    wsprintfW(name, L"%08x", CddbDiscId(record));
-    return WriteText(FindName(job->path + L"\\" + name, L"", record.identity, HoldsCddbDisc),
-                     WriteCddbEntry(record, CddbCodec()));
+    wsprintfW(name, L"\\%08x", CddbDiscId(record));
+    return WriteBeside(job->path + name, L"", record.identity, HoldsCddbDisc,
+                       WriteCddbEntry(record, CddbCodec()));
 }
 
 static int WriteCueFile(ExportJob* job, const CDInfoRecord& record) {
-    const std::string name = std::string(record.discArtist) + " - " + record.title;
-    const std::wstring path =
-        FindName(job->path + L"\\" + SafeName(name), L".cue", record.identity, HoldsCueDisc);
-    char sound[MAX_PATH] = "";
-    const std::wstring base = path.substr(path.find_last_of(L'\\') + 1);
-    WideCharToMultiByte(CP_ACP, 0, base.c_str(), -1, sound, sizeof sound - 4, nullptr, nullptr);
-    if (char* dot = strrchr(sound, '.')) *dot = 0;
-    AppendText(sound, sizeof sound, ".wav");
-    return WriteText(path, WriteCueSheet(record, sound, CueCodec()));
+    std::string name = std::string(record.discArtist) + " - " + record.title;
+    for (char& c : name) {
+        if (static_cast<uint8_t>(c) < ' ' || strchr("<>:\"/\\|?*", c)) c = '_';
+    }
+    return WriteBeside(job->path + L"\\" + WidenPath(name.c_str()), L".cue", record.identity,
+                       HoldsCueDisc, WriteCueSheet(record, name + ".wav", CueCodec()));
 }
 
 // ---- the export
