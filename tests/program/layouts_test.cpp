@@ -119,9 +119,17 @@ TEST_F(LayoutsTest, EachOpensMovesAndClosesFromWhereverItIsAskedFor) {
     for (const int layout : {4, 1, 0, 3})
         Apply(FindConsole(), layout);
     EXPECT_TRUE(Comes(3));
+    // Whoever asks for an arrangement wants to see it.
+    Command(FindConsole(), kConsoleMinimizeAll);
+    ASSERT_TRUE(WaitUntil(
+        [] { return IsIconic(FindConsole()) && !IsWindowVisible(FindComponent("CDPlayerUI")); }));
+    Apply(FindConsole(), 5);
+    EXPECT_TRUE(Comes(5));
+    EXPECT_TRUE(WaitUntil(
+        [] { return !IsIconic(FindConsole()) && IsWindowVisible(FindComponent("CDPlayerUI")); }));
     EXPECT_EQ(Close(), 0);
     Start(); // the next start finds what the layout left
-    EXPECT_TRUE(Comes(3));
+    EXPECT_TRUE(Comes(5));
 }
 
 TEST_F(LayoutsTest, HomeClosesTheVeryWindowThatAskedAndLetsItEnd) {
