@@ -9,9 +9,8 @@
 #include "ui/look_win.h"
 #include "ui/paint_win.h"
 
-constexpr int kFieldWidth = 200;      // pixels
-constexpr int kAir = 8;               // above and below the letters
-constexpr LPARAM kRepeated = 1 << 30; // of a key message: the key was down already
+constexpr int kFieldWidth = 200; // pixels
+constexpr int kAir = 8;          // above and below the letters
 
 namespace {
 struct FieldData {
@@ -42,7 +41,8 @@ static int IsModifier(WPARAM key) {
 // was held before is the one that opened the field.
 static void OnKeyDown(HWND field, WPARAM key, LPARAM flags) {
     TakeModifiers(field);
-    if (IsModifier(key) || (flags & kRepeated) || key == VK_PROCESSKEY || key == VK_PACKET) return;
+    if (IsModifier(key) || (flags & kKeyRepeated) || key == VK_PROCESSKEY || key == VK_PACKET)
+        return;
     FieldData* data = Data(field);
     data->key = key == VK_ESCAPE ? 0 : static_cast<uint32_t>(key & kMostVirtualKey);
     data->done = 1;

@@ -8,7 +8,6 @@
 #include "ui/hotkey_field_win.h"
 
 constexpr COLORREF kRefusedColor = RGB(160, 72, 0);
-constexpr LPARAM kRepeated = 1 << 30; // of a key message: the key was down already
 
 namespace {
 struct HotkeysDialog {
@@ -88,7 +87,7 @@ static int SwallowHeldKey(ModalDialog* modal, const MSG& message) {
     auto* dialog = reinterpret_cast<HotkeysDialog*>(modal);
     if (!dialog->heldKey || message.wParam != dialog->heldKey) return 0;
     if (message.message == WM_KEYDOWN || message.message == WM_SYSKEYDOWN) {
-        if (message.lParam & kRepeated) return 1;
+        if (message.lParam & kKeyRepeated) return 1;
         dialog->heldKey = 0;
     }
     return 0;

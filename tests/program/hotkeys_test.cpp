@@ -228,6 +228,15 @@ TEST_F(HotkeysTest, ChangesCountAtOnceAndStayAfterCancel) {
     EXPECT_EQ(peer->block->CdMode, kPlaying);
     Capture(dialog, 821, {VK_SHIFT, VK_F9});
     EXPECT_TRUE(Shows(dialog, 816, "<shift>F9  "));
+    Capture(dialog, 822, {VK_RETURN, VK_RETURN}); // held: it presses none of the buttons
+    EXPECT_TRUE(Shows(dialog, 817, "retn"));
+    EXPECT_FALSE(WaitUntil([=] { return !IsWindow(dialog); }, 300));
+    Click(dialog, 822); // the user turns to another program
+    ASSERT_TRUE(WaitUntil([=] { return !IsWindowEnabled(dialog); }));
+    WorkElsewhere();
+    EXPECT_TRUE(WaitUntil([=] { return IsWindowEnabled(dialog) != 0; }));
+    EXPECT_EQ(ChildText(dialog, 817), "retn");
+    SetForegroundWindow(dialog);
     Click(dialog, 826); // on and off again: it forgets its keys
     Capture(dialog, 828, {VK_F8});
     EXPECT_TRUE(Shows(dialog, 827, "F8  "));
