@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cmath>
 #include <set>
+#include <sstream>
 
 // Letters of many widths, some of which hang over on either side.
 static PrintFont OddFont() {
@@ -118,8 +119,9 @@ TEST(PrintLayout, ListHasEveryDiscOnceInOrderWithHeadsOnEachPage) {
                 if (text.text == "Disc " + std::to_string(next)) ++next;
         }
         EXPECT_EQ(next, 200);
-        const std::string last = std::to_string(pages.size());
-        EXPECT_EQ(Count(pages, "Page " + last + " of " + last), 1);
+        const size_t last = pages.size();
+        EXPECT_EQ(Count(pages, (std::ostringstream() << "Page " << last << " of " << last).str()),
+                  1);
     }
 }
 
