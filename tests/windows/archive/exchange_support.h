@@ -11,7 +11,10 @@
 #include <algorithm>
 #include <map>
 
-static struct { int writeFails; } s_own;
+struct OwnState {
+    int writeFails;
+};
+inline OwnState s_own; // one for all files of the test program
 
 inline std::wstring Own(const wchar_t* path) {
     const std::wstring standard = DefaultDatabasePath();
