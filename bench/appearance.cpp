@@ -10,7 +10,7 @@
 #include <cstdio>
 #include <fstream>
 
-constexpr int kBatch = 40, kRounds = 15;
+constexpr int kBatch = 40, kRounds = 7;
 constexpr const char* kPhoto = "C:\\photo.bmp";
 
 // What else its pixels are does not matter.
