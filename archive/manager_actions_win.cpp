@@ -64,6 +64,14 @@ void StoreEdited(ManagerWindow* manager, const CDInfoRecord& before, const CDInf
     QueueRecord(manager, manager->window, before, after);
 }
 
+// The disc has been edited once more since: what becomes of that edit is shown then.
+static int IsChangedAgain(const ManagerWindow& manager, uint32_t identity) {
+    return std::any_of(manager.changes.begin(), manager.changes.end(),
+                       [identity](const PendingChange& pending) {
+                           return pending.before && pending.before->identity == identity;
+                       });
+}
+
 static void OnRecordRefused(ManagerWindow* manager, const CDInfoRecord& before,
                             const CDInfoRecord& after) {
     const HWND window = manager->window;
@@ -71,7 +79,7 @@ static void OnRecordRefused(ManagerWindow* manager, const CDInfoRecord& before,
                                    MB_RETRYCANCEL | MB_ICONWARNING);
     if (answer != IDCANCEL) // also when the window has gone below the question
         QueueRecord(manager, window, before, after);
-    else if (IsStillOpen(manager, window))
+    else if (IsStillOpen(manager, window) && !IsChangedAgain(*manager, before.identity))
         ShowRecord(manager, before);
 }
 
@@ -151,10 +159,10 @@ void OnManagerChange(ManagerWindow* manager, uint32_t id) {
     manager->changes.erase(at);
     if (pending.deletes)
         OnDeleted(manager, change);
-    else if (change.good)
-        ShowRecord(manager, *change.put); // a reading meanwhile may have brought the old one
-    else
+    else if (!change.good)
         OnRecordRefused(manager, *pending.before, *change.put);
+    else if (!IsChangedAgain(*manager, change.put->identity))
+        ShowRecord(manager, *change.put); // a reading meanwhile may have brought the old one
 }
 
 int IsManagerBusy(const ManagerWindow& manager) {

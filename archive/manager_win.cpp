@@ -189,6 +189,7 @@ static void OnSave() {
 
 static void Forget() {
     SetStoreListener(nullptr);
+    AbandonChanges(s_manager.window);
     s_manager = {};
 }
 
