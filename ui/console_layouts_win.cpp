@@ -8,6 +8,7 @@
 // Of the layouts window's section: 1 once the first layout was chosen, or was found not to be
 // wanted. "Setting" can't tell, since it is written only when somebody has chosen.
 constexpr const char* kFirstChosen = "FirstLayoutChosen";
+constexpr UINT kActivationMs = 500; // for a window to take up that it was brought forward
 
 static void Save(int windowId, const LayoutEntry& e) {
     SetSavedPlacement(windowId, e.X, e.Y, e.Width, e.Height);
@@ -81,6 +82,18 @@ void ApplyLayout(int layout, HWND owner) {
         WriteOnValues(mask);
 }
 
+// A window that was opened comes to the top when its own thread takes up its activation. Messages
+// reach a thread in order: who has answered this one has that behind him.
+static void AwaitActivations() {
+    HWND windows[kWindowSlots];
+    OpenSlotWindows(windows);
+    s_console.switching = 1;
+    for (HWND window : windows)
+        if (window)
+            SendMessageTimeoutA(window, WM_NULL, 0, 0, SMTO_ABORTIFHUNG, kActivationMs, nullptr);
+    s_console.switching = 0;
+}
+
 void OnLayoutCommand(int layout, LPARAM raise) {
     if (s_console.switching) { // sent from outside in the middle of a switch: afterwards
         PostMessageA(s_console.window, WM_COMMAND, kLayoutFirst + layout, raise);
@@ -88,9 +101,10 @@ void OnLayoutCommand(int layout, LPARAM raise) {
     }
     ApplyLayout(layout, s_console.window);
     const auto window = reinterpret_cast<HWND>(raise);
-    if (IsUIWindow(window))
-        SetWindowPos(window, HWND_TOP, 0, 0, 0, 0,
-                     SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE | SWP_ASYNCWINDOWPOS);
+    if (!IsUIWindow(window)) return;
+    AwaitActivations();
+    SetWindowPos(window, HWND_TOP, 0, 0, 0, 0,
+                 SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE | SWP_ASYNCWINDOWPOS);
 }
 
 // ---- the first start
