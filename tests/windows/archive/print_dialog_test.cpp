@@ -174,15 +174,17 @@ protected:
             if (text.starts_with("Disc ")) numbers.push_back(atoi(text.c_str() + 5));
         return numbers;
     }
-    // Dark pixels in the preview's upper quarter.
+    // Dark pixels in the upper middle of the preview: letters, not the sheet's shadow.
     int Ink() const {
         const HWND preview = GetDlgItem(dialog, IDC_PRINT_PREVIEW);
         const RECT place = PlaceOf(preview);
+        const int width = place.right - place.left;
         int ink = 0;
-        for (int i = 0; i < (place.right - place.left) * (place.bottom - place.top) / 4; i += 13)
-            ink += (ScreenPixelOf(preview, i % (place.right - place.left),
-                                  i / (place.right - place.left)) &
-                    0xFF) < 100;
+        for (int y = 0; y < (place.bottom - place.top) / 4; y += 2)
+            for (int x = width / 4; x < width / 2; x += 2) {
+                const COLORREF color = ScreenPixelOf(preview, x, y);
+                ink += color != GetSysColor(COLOR_APPWORKSPACE) && (color & 0xFF) < 190;
+            }
         return ink;
     }
 };
