@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <bit>
 
-constexpr uint32_t kFileHeader = 14;
+constexpr uint32_t kFileHeader = 14, kFileMark = 0x4D42; // "BM"
 constexpr uint32_t kCoreHeader = 12, kShortestHeader = 16, kInfoHeader = 40, kMasksHeader = 52;
 constexpr uint32_t kOs2Header = 64, kLongestHeader = 4096;
 constexpr uint32_t kRaw = 0, kRuns8 = 1, kRuns4 = 2, kMasks = 3, kAlphaMasks = 6;
@@ -101,7 +101,7 @@ static int ReadHeaders(std::span<const uint8_t> bytes, size_t start, size_t pixe
 
 int ReadBmpFile(std::span<const uint8_t> file, BmpHeader* header) {
     ByteReader r{file};
-    const int isBitmap = ReadU8(r) == 'B' && ReadU8(r) == 'M';
+    const int isBitmap = ReadU16(r) == kFileMark;
     ReadBytes(r, 8); // a size that many writers leave 0, and two reserved words
     const uint32_t pixelsAt = ReadU32(r);
     if (r.failed || !isBitmap) return 0;

@@ -19,25 +19,15 @@ constexpr uint32_t kFirstId = 71, kSecondId = 72;
 constexpr COLORREF kPlain = 0x404040;
 constexpr int kWidth = 7, kHeight = 5; // of the bitmap whose every pixel tells where it is
 
-static COLORREF MarkedColor(int column, int row) {
-    return RGB(20 + 30 * column, 20 + 40 * row, 200);
-}
-
 // Cut after `bytes` where they are fewer.
 static void WriteMarked(size_t bytes = SIZE_MAX) {
-    constexpr int kStride = (kWidth * 3 + 3) / 4 * 4;
-    std::vector<BYTE> file(54 + kStride * kHeight);
-    const std::pair<int, BYTE> fields[] = {{0, 'B'},     {1, 'M'},      {10, 54}, {14, 40},
-                                           {18, kWidth}, {22, kHeight}, {26, 1},  {28, 24}};
-    for (const auto& [at, value] : fields)
-        file[at] = value;
-    for (int i = 0; i < kWidth * kHeight * 3; ++i) {
-        const int x = i / 3 % kWidth, y = i / 3 / kWidth;
-        file[54 + (kHeight - 1 - y) * kStride + 3 * x + i % 3] =
-            static_cast<BYTE>(MarkedColor(x, y) >> (16 - 8 * (i % 3)));
-    }
-    std::ofstream out(kFile, std::ios::binary);
-    out.write(reinterpret_cast<char*>(file.data()), std::min(bytes, file.size()));
+    const BITMAPINFOHEADER info = {sizeof info, kWidth, -kHeight, 1, 32, 0, 0, 0, 0, 0, 0};
+    const BITMAPFILEHEADER header = {0x4D42, 0, 0, 0, 54};
+    std::string file(reinterpret_cast<const char*>(&header), sizeof header);
+    file.append(reinterpret_cast<const char*>(&info), sizeof info);
+    for (char i = 0; i < kWidth * kHeight; ++i)
+        file += {100, static_cast<char>(i / kWidth), static_cast<char>(i % kWidth), 0};
+    std::ofstream(kFile, std::ios::binary) << file.substr(0, bytes);
 }
 
 static BitmapSettings Marked(uint32_t align = kAlignObject, uint32_t stretch = 0,
@@ -47,23 +37,17 @@ static BitmapSettings Marked(uint32_t align = kAlignObject, uint32_t stretch = 0
     return settings;
 }
 
-static int Mod(int value, int extent) {
-    return ((value % extent) + extent) % extent;
-}
-
-// Which pixel of the marked bitmap a client pixel shows, as column * 10 + row; -1 none.
+// Which pixel of the marked bitmap a client pixel shows, as column * 10 + row.
 static int Shown(HWND window, int x, int y) {
     UpdateWindow(window);
     const HDC dc = GetDC(window);
     const COLORREF color = GetPixel(dc, x, y);
     ReleaseDC(window, dc);
-    for (int i = 0; i < kWidth * kHeight; ++i)
-        if (color == MarkedColor(i % kWidth, i / kWidth)) return i % kWidth * 10 + i / kWidth;
-    return -1;
+    return GetBValue(color) == 100 ? GetRValue(color) * 10 + GetGValue(color) : -1;
 }
 
-static int Mark(int x, int y) {
-    return Mod(x, kWidth) * 10 + Mod(y, kHeight);
+static int Mark(int x, int y) { // both above -70
+    return (x + 70) % kWidth * 10 + (y + 70) % kHeight;
 }
 
 namespace {
