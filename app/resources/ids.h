@@ -411,7 +411,7 @@
 
 // ---- installation and help: strings 400-439; dialogs 445 install, 446 uninstall
 #define IDS_MENU_HELP 400
-#define IDS_HELP_FAILED 401
+#define IDS_HELP_MISSING 401
 #define IDS_HELP_CAPTION 402
 #define IDS_SETUP_NOT_WRITABLE 403
 #define IDS_SETUP_BAD_FOLDER 404
@@ -424,6 +424,7 @@
 #define IDS_UNINSTALL_TEXT 411
 #define IDS_UNINSTALL_DONE 412
 #define IDS_UNINSTALL_LEFT 413
+#define IDS_HELP_NO_BROWSER 414
 #define IDD_INSTALL 445
 #define IDC_INSTALL_FOLDER 1450
 #define IDC_INSTALL_BROWSE 1451
