@@ -91,8 +91,8 @@ static void LetGo() {
 
 // ---- the group
 
-// Upper left corner of all open component windows; 0 and unchanged when there is none. One out of
-// sight counts, too: it comes back to its place.
+// Upper left corner of all open component windows; where there is none, 0 and a corner that no
+// window has. One out of sight counts, too: it comes back to its place.
 static int GroupCorner(TilePoint* corner) {
     RECT around = {};
     int count = 0;
@@ -102,7 +102,7 @@ static int GroupCorner(TilePoint* corner) {
         if (!count++) around = place;
         UnionRect(&around, &around, &place);
     }
-    if (count) *corner = {around.left, around.top};
+    *corner = count ? TilePoint{around.left, around.top} : TilePoint{INT32_MIN, INT32_MIN};
     return count;
 }
 
@@ -247,8 +247,7 @@ static TileCorners CornersOf(HWND window, uint32_t align) {
         corners.window.x += at.x;
         corners.window.y += at.y;
     }
-    corners.group = corners.parent;
-    if (align == kAlignGroup) GroupCorner(&corners.group);
+    if (align == kAlignGroup && !GroupCorner(&corners.group)) corners.group = corners.parent;
     return corners;
 }
 
@@ -329,8 +328,9 @@ static void FollowGroup(HWND mover) {
     OpenWindow open[kMaxOpenWindows];
     {
         const ScopedLock lock(s_looks.lock);
-        TilePoint corner = s_looks.group;
-        if (!lock.held || !GroupCorner(&corner)) return;
+        TilePoint corner;
+        if (!lock.held) return;
+        GroupCorner(&corner);
         if (corner.x == s_looks.group.x && corner.y == s_looks.group.y) return;
         s_looks.group = corner;
         memcpy(open, s_looks.open, sizeof open);
