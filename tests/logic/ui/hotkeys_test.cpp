@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
-#include <set>
 #include <string>
 
 static std::string Text(const HotkeyRecord& record) {
@@ -26,37 +25,20 @@ TEST(Hotkeys, CombinationsAreShownInOneOrder) {
     EXPECT_EQ(Text(record), "<alt><shift><ctrl>P   ");
     ClearHotkey(&record);
     EXPECT_EQ(Text(record), "    ");
-    const struct {
-        uint32_t key;
-        const char* name;
-    } keys[] = {{1, "lmb "},   {8, "bksp"},   {13, "retn"},        {19, "paus"},  {32, "spc "},
-                {33, "pgup"},  {37, "left"},  {48, "0   "},        {57, "9   "},  {65, "A   "},
-                {90, "Z   "},  {91, "lwin"},  {96, "pad0"},        {105, "pad9"}, {106, "pad*"},
-                {112, "F1  "}, {135, "F24 "}, {144, "num "},       {145, "scrl"}, {186, "oem "},
-                {192, "oem "}, {219, "oem "}, {226, "oem "},       {0, "    "},   {136, "    "},
-                {255, "    "}, {300, "    "}, {0xFFFFFFFF, "    "}};
-    for (const auto& key : keys)
-        EXPECT_EQ(KeyName(key.key), key.name) << key.key;
+    std::string names;
+    for (const uint32_t key : {1, 8, 13, 19, 32, 33, 37, 48, 90, 91, 105, 106, 112, 135, 144, 145})
+        names += KeyName(key) + '|';
+    EXPECT_EQ(names, "lmb |bksp|retn|paus|spc |pgup|left|0   |Z   |lwin|pad9|pad*|F1  |F24 |num |"
+                     "scrl|");
+    EXPECT_EQ(KeyName(186) + KeyName(255) + KeyName(300) + KeyName(0xFFFFFFFF), "oem             ");
     for (uint32_t key = 0; key <= kMostVirtualKey; ++key)
         EXPECT_EQ(KeyName(key).size(), 4u) << key;
 }
 
 TEST(Hotkeys, StoredIdsAndKeysThatNobodyHasAreNotTaken) {
-    std::set<int> controls;
-    for (int i = 0; i < kHotkeys; ++i) {
-        HotkeyRecord record;
-        std::memset(&record, 0xEE, sizeof record);
-        FixHotkey(i, &record);
-        EXPECT_EQ(record.HotkeyId, 780 + i);
-        EXPECT_EQ(record.VirtualKey, 0u);
-        EXPECT_EQ(record.Enabled, 1u);
-        EXPECT_TRUE(record.Alt && record.Ctrl && record.Shift);
-        controls.insert({record.TextControlId, record.CheckControlId, kHotkeyKinds[i].setId});
-        record.VirtualKey = 300;
-        FixHotkey(i, &record);
-        EXPECT_EQ(record.VirtualKey, 0u);
-    }
-    EXPECT_EQ(controls.size(), 30u);
-    EXPECT_EQ(*controls.begin(), 808);
-    EXPECT_EQ(*controls.rbegin(), 837);
+    HotkeyRecord record;
+    std::memset(&record, 0xEE, sizeof record);
+    FixHotkey(9, &record);
+    const HotkeyRecord fixed = {1, 0xEEEEEEEE, 0xEEEEEEEE, 0xEEEEEEEE, 0, 836, 835, 789, 0};
+    EXPECT_EQ(std::memcmp(&record, &fixed, sizeof record), 0);
 }
