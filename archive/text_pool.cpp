@@ -10,17 +10,19 @@ constexpr uint32_t kFreeSlot = 0xFFFFFFFFu; // no number
 // From here on, making all keys anew costs less than looking up each new text's place.
 constexpr size_t kFewPart = 32;
 
-// Room in blocks, whose addresses stay.
-static char* TakeRoom(TextPool* pool, size_t bytes) {
-    if (bytes > pool->blockLeft) {
-        pool->blocks.push_back(std::make_unique_for_overwrite<char[]>(kBlockBytes));
-        pool->blockAt = pool->blocks.back().get();
-        pool->blockLeft = kBlockBytes;
+// A copy of some bytes that stays where it is.
+static const char* Keep(TextBlocks* blocks, const char* bytes, size_t size) {
+    if (!size) return "";
+    if (size > blocks->left) {
+        blocks->left = std::max(kBlockBytes, size);
+        blocks->all.push_back(std::make_unique_for_overwrite<char[]>(blocks->left));
+        blocks->at = blocks->all.back().get();
     }
-    char* room = pool->blockAt;
-    pool->blockAt += bytes;
-    pool->blockLeft -= bytes;
-    return room;
+    char* own = blocks->at;
+    memcpy(own, bytes, size);
+    blocks->at += size;
+    blocks->left -= size;
+    return own;
 }
 
 // ---- numbers
@@ -61,15 +63,12 @@ uint32_t PoolText(TextPool* pool, const char* text) {
     uint32_t& slot = pool->slots[SlotOf(*pool, text)];
     if (slot != kFreeSlot) return slot;
     slot = static_cast<uint32_t>(pool->texts.size());
-    const size_t bytes = strlen(text) + 1;
-    char* own = TakeRoom(pool, bytes);
-    memcpy(own, text, bytes);
-    pool->texts.push_back({own, kNoRank});
+    pool->texts.push_back({Keep(&pool->blocks, text, strlen(text) + 1), kNoRank});
     return slot;
 }
 
 size_t TextPoolBytes(const TextPool& pool) {
-    return pool.blocks.size() * kBlockBytes + pool.texts.capacity() * sizeof(PooledText) +
+    return pool.blocks.all.size() * kBlockBytes + pool.texts.capacity() * sizeof(PooledText) +
            (pool.slots.capacity() + pool.order.capacity()) * sizeof(uint32_t);
 }
 
@@ -77,8 +76,9 @@ size_t TextPoolBytes(const TextPool& pool) {
 
 namespace {
 struct KeyedText {
-    uint64_t head; // the key's first eight bytes, which mostly decide
-    std::string key;
+    uint64_t part; // the eight bytes of the key that are just looked at
+    const char* key;
+    uint32_t size;
     uint32_t number;
 };
 
@@ -89,28 +89,58 @@ struct Ranked {
 };
 } // namespace
 
-static KeyedText MakeKey(const TextPool& pool, uint32_t number) {
-    KeyedText made = {0, {}, number};
-    pool.textKey(pool.texts[number].text, &made.key);
-    for (size_t i = 0; i < sizeof made.head; ++i)
-        made.head =
-            made.head << 8 | (i < made.key.size() ? static_cast<uint8_t>(made.key[i]) : uint8_t{0});
-    return made;
-}
-
 static int CompareKeys(const KeyedText& a, const KeyedText& b) {
-    if (a.head != b.head) return a.head < b.head ? -1 : 1;
-    return a.key.compare(b.key); // as unsigned bytes
+    const int order = memcmp(a.key, b.key, std::min(a.size, b.size));
+    return order ? order : (a.size > b.size) - (a.size < b.size);
 }
 
-static std::vector<KeyedText> MakeSortedKeys(const TextPool& pool,
-                                             const std::vector<uint32_t>& numbers) {
+// Against a text that has no key at hand.
+static int CompareToText(const TextPool& pool, const KeyedText& a, uint32_t number) {
+    std::string key;
+    pool.textKey(pool.texts[number].text, &key);
+    return CompareKeys(a, {0, key.data(), static_cast<uint32_t>(key.size()), number});
+}
+
+static void LoadPart(KeyedText* text, uint32_t at) {
+    text->part = 0;
+    for (uint32_t i = at; i < at + sizeof text->part; ++i)
+        text->part = text->part << 8 | (i < text->size ? static_cast<uint8_t>(text->key[i]) : 0u);
+}
+
+// By eight bytes at a time, which stand in the items themselves: titles have long beginnings in
+// common, and comparing those again and again would be most of the time.
+static void SortKeys(KeyedText* from, KeyedText* to, uint32_t at) {
+    uint32_t longest = 0;
+    for (KeyedText* text = from; text != to; ++text) {
+        LoadPart(text, at);
+        longest = std::max(longest, text->size);
+    }
+    const auto isLess = [](const KeyedText& a, const KeyedText& b) {
+        return a.part != b.part ? a.part < b.part : a.size < b.size;
+    };
+    std::sort(from, to, isLess);
+    at += sizeof from->part;
+    if (longest <= at) return;
+    while (from != to) {
+        KeyedText* end = from + 1;
+        while (end != to && end->part == from->part)
+            ++end;
+        if (end - from > 1) SortKeys(from, end, at);
+        from = end;
+    }
+}
+
+static std::vector<KeyedText>
+MakeSortedKeys(const TextPool& pool, const std::vector<uint32_t>& numbers, TextBlocks* room) {
     std::vector<KeyedText> keyed;
+    std::string key;
     keyed.reserve(numbers.size());
-    for (const uint32_t number : numbers)
-        keyed.push_back(MakeKey(pool, number));
-    std::sort(keyed.begin(), keyed.end(),
-              [](const KeyedText& a, const KeyedText& b) { return CompareKeys(a, b) < 0; });
+    for (const uint32_t number : numbers) {
+        pool.textKey(pool.texts[number].text, &key);
+        keyed.push_back(
+            {0, Keep(room, key.data(), key.size()), static_cast<uint32_t>(key.size()), number});
+    }
+    SortKeys(keyed.data(), keyed.data() + keyed.size(), 0);
     return keyed;
 }
 
@@ -133,7 +163,7 @@ static std::vector<Ranked> RankedAmong(const TextPool& pool, const std::vector<K
         for (; at != until; ++at) {
             const uint32_t rank = pool.texts[*at].rank;
             int begins = at == pool.order.begin() || pool.texts[at[-1]].rank != rank;
-            if (before) begins = CompareKeys(*before, MakeKey(pool, *at)) != 0;
+            if (before) begins = CompareToText(pool, *before, *at) != 0;
             ranked.push_back({*at, begins});
             before = nullptr;
         }
@@ -141,7 +171,7 @@ static std::vector<Ranked> RankedAmong(const TextPool& pool, const std::vector<K
     for (const KeyedText& text : fresh) {
         takeOld(std::lower_bound(at, pool.order.end(), text,
                                  [&](uint32_t old, const KeyedText& wanted) {
-                                     return CompareKeys(MakeKey(pool, old), wanted) < 0;
+                                     return CompareToText(pool, wanted, old) > 0;
                                  }));
         ranked.push_back({text.number, !before || CompareKeys(*before, text)});
         before = &text;
@@ -154,7 +184,8 @@ void RankTexts(TextPool* pool, std::vector<uint32_t> wanted) {
     if (wanted.empty()) return;
     const int few = wanted.size() < pool->order.size() / kFewPart;
     if (!few) wanted.insert(wanted.end(), pool->order.begin(), pool->order.end());
-    const auto keyed = MakeSortedKeys(*pool, wanted);
+    TextBlocks room; // of the keys
+    const auto keyed = MakeSortedKeys(*pool, wanted, &room);
     const auto ranked = few ? RankedAmong(*pool, keyed) : RankedAnew(keyed);
     pool->order.clear();
     uint32_t rank = kNoRank;

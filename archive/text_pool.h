@@ -17,14 +17,19 @@ struct PooledText {
     uint32_t rank; // texts that compare equal have the same; kNoRank: not asked for yet
 };
 
+// Bytes that stay where they are.
+struct TextBlocks {
+    std::vector<std::unique_ptr<char[]>> all;
+    char* at = nullptr;
+    size_t left = 0;
+};
+
 struct TextPool {
     TextKey textKey = nullptr;
     std::vector<PooledText> texts; // by number; 0 is the empty text
     std::vector<uint32_t> slots;   // hash table of numbers
     std::vector<uint32_t> order;   // the ranked ones, ascending
-    std::vector<std::unique_ptr<char[]>> blocks;
-    size_t blockLeft = 0;
-    char* blockAt = nullptr;
+    TextBlocks blocks;
 };
 
 void ClearTextPool(TextPool* pool);

@@ -221,7 +221,7 @@ struct Model {
 
 static CDInfoRecord RandomRecord(std::mt19937* random, uint32_t identity, uint32_t spread) {
     const auto text = [&](uint32_t range) {
-        std::string made;
+        std::string made = (*random)() % 2 ? "" : "a beginning of many ";
         for (uint32_t n = (*random)() % range; n; n /= 3)
             made += "a-B"[n % 3];
         return made;
