@@ -25,7 +25,7 @@ wine_packages=(
   asterisk-moh-opsound-wav                 # the music of the demonstration disc
 )
 fuzz_packages=(clang libclang-rt-14-dev llvm)
-bench_packages=(libfftw3-dev valgrind) # what a spectrum's speed is measured by
+bench_packages=(libfftw3-dev valgrind libsqlite3-dev) # what our own speed is measured by
 
 say() { echo "setup: $*"; }
 die() { echo "setup: $*" >&2; exit 1; }
