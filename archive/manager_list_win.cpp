@@ -99,9 +99,18 @@ static long NextRow(const ManagerWindow& manager, long from, UINT what) {
         AskList(manager, LVM_GETNEXTITEM, static_cast<WPARAM>(from), static_cast<LPARAM>(what)));
 }
 
+static std::vector<RowKey> AllRows(const ManagerWindow& manager) {
+    std::vector<RowKey> keys(CatalogRowCount(manager.catalog));
+    for (size_t row = 0; row < keys.size(); ++row)
+        keys[row] = CatalogRow(manager.catalog, row);
+    return keys;
+}
+
 std::vector<RowKey> SelectedRows(const ManagerWindow& manager) {
     std::vector<RowKey> keys;
-    if (!SelectedCount(manager)) return keys;
+    const auto count = static_cast<size_t>(SelectedCount(manager));
+    if (count == CatalogRowCount(manager.catalog)) return AllRows(manager); // without asking
+    if (!count) return keys;
     for (long row = -1; (row = NextRow(manager, row, LVNI_SELECTED)) >= 0;)
         keys.push_back(CatalogRow(manager.catalog, static_cast<size_t>(row)));
     return keys;
@@ -120,12 +129,7 @@ std::vector<uint32_t> SelectedDiscs(const ManagerWindow& manager) {
 }
 
 std::vector<uint32_t> SelectedOrAllDiscs(const ManagerWindow& manager) {
-    std::vector<RowKey> keys = SelectedRows(manager);
-    if (!keys.empty()) return DiscsOf(keys);
-    keys.resize(CatalogRowCount(manager.catalog));
-    for (size_t row = 0; row < keys.size(); ++row)
-        keys[row] = CatalogRow(manager.catalog, row);
-    return DiscsOf(keys);
+    return DiscsOf(SelectedCount(manager) ? SelectedRows(manager) : AllRows(manager));
 }
 
 static void SetRow(const ManagerWindow& manager, long row, UINT state, UINT mask) {
@@ -141,9 +145,17 @@ void SelectManagerRow(ManagerWindow* manager, RowKey key) {
     AskList(*manager, LVM_ENSUREVISIBLE, static_cast<WPARAM>(row), FALSE);
 }
 
+// Row by row the list would ask for its own repainting: by the hundred thousand that takes long.
+void SelectManagerRows(ManagerWindow* manager, int all) {
+    AskList(*manager, WM_SETREDRAW, FALSE, 0);
+    SetRow(*manager, -1, all ? kSelectedState : 0, kSelectedState);
+    AskList(*manager, WM_SETREDRAW, TRUE, 0);
+    InvalidateRect(ListOf(*manager), nullptr, TRUE);
+}
+
 void SelectAllOrNone(ManagerWindow* manager) {
     const auto rows = static_cast<int>(CatalogRowCount(manager->catalog));
-    SetRow(*manager, -1, SelectedCount(*manager) < rows ? kSelectedState : 0, kSelectedState);
+    SelectManagerRows(manager, SelectedCount(*manager) < rows);
 }
 
 void DeselectDiscs(ManagerWindow* manager, const std::vector<uint32_t>& discs) {

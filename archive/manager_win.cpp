@@ -12,7 +12,6 @@
 #include "ui/button_win.h"
 #include "ui/components.h"
 #include "ui/indicator_win.h"
-#include "ui/listview_win.h"
 #include "ui/window_thread_win.h"
 
 static constexpr UINT kSearchPauseMs = 120; // after the last letter
@@ -75,7 +74,7 @@ static int OnUserCommand(ManagerWindow* manager, int id) {
     case kManagerSelect:
         if (manager->settings.view != kTrackView) SelectAllOrNone(manager);
         return 1;
-    case kManagerSelectEach: SelectAllRows(ListOf(*manager)); return 1;
+    case kManagerSelectEach: SelectManagerRows(manager, 1); return 1;
     case kManagerPrint: PrintSelected(manager); return 1;
     case kManagerFind: GoToSearch(*manager); return 1;
     case kManagerRefresh: ReadDatabase(manager); return 1;

@@ -45,7 +45,8 @@ static int PutInPlace(QueuedChange* queued) {
     for (size_t i = 0; i < change.deletes.size(); ++i) {
         BatchDelete(batch, change.deletes[i]);
         queued->done = static_cast<LONG>(i + 1);
-        if (GetTickCount() - told < kNoticePauseMs) continue;
+        const int isLast = i + 1 == change.deletes.size(); // what takes long comes now
+        if (!isLast && GetTickCount() - told < kNoticePauseMs) continue;
         told = GetTickCount();
         if (queued->window)
             PostMessageA(queued->window, WM_COMMAND, queued->notice,
