@@ -212,6 +212,7 @@ static void GoAlong(ManagerWindow* manager, int step) {
 
 // 1 when the key was one that leads out of the cell.
 static int OnCellKey(ManagerWindow* manager, WPARAM key) {
+    if (!manager->cell || !manager->cell->open) return 0; // a key that came late
     switch (key) {
     case VK_RETURN: CloseManagerCell(manager, 1); return 1;
     case VK_ESCAPE: CloseManagerCell(manager, 0); return 1;

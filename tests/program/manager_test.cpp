@@ -68,8 +68,8 @@ protected:
         Command(FindConsole(), kConsoleDatabase);
         ASSERT_TRUE(WaitUntil([&] { // the list is the last of what is made
             window = FindComponent(kManager);
-            return window && Child(window, kManagerList);
-        }));
+            return window && Child(window, kManagerList) && GetForegroundWindow() == window;
+        })); // the console brings it forward, which would end what is typed before
         list = std::make_unique<ListPeer>(Child(window, kManagerList));
         ASSERT_TRUE(WaitUntil([&] { return list->Count() == discs; }, 30000)) << list->Count();
     }
@@ -93,15 +93,14 @@ protected:
     bool Becomes(int column, const std::string& text) const {
         return WaitUntil([&] { return Column(column) == text; });
     }
-    void Key(WPARAM key) const { PostMessageA(list->list, WM_KEYDOWN, key, 1); }
+    void Key(WPARAM key) const { Ask(list->list, WM_KEYDOWN, key, 1); }
     // Types over what the open cell holds and leaves it with that key.
     bool Type(const char* text, WPARAM key) const {
         const HWND edit = GetDlgItem(list->list, kCellEdit);
         if (!WaitUntil([&] { return IsWindowVisible(edit) != 0; })) return false;
         for (const char* c = text; *c; ++c)
-            PostMessageA(edit, WM_CHAR, static_cast<uint8_t>(*c), 1);
-        PostMessageA(edit, WM_KEYDOWN, key, 1);
-        return AnswerTime(window) < kPatienceMs;
+            Ask(edit, WM_CHAR, static_cast<uint8_t>(*c), 1);
+        return Ask(edit, WM_KEYDOWN, key, 1);
     }
     void Search(const char* words) const {
         const HWND search = Child(window, kManagerSearch);
@@ -320,12 +319,12 @@ TEST_F(ManagerTest, DeletesThreeAtOnceAndAsksForFour) {
     const HGLOBAL junk = GlobalAlloc(GMEM_MOVEABLE | GMEM_ZEROINIT, 4000);
     memset(GlobalLock(junk), 0x7F, 4000);
     GlobalUnlock(junk);
-    ASSERT_TRUE(OpenClipboard(nullptr) && EmptyClipboard());
+    ASSERT_TRUE(WaitUntil([] { return OpenClipboard(nullptr) && EmptyClipboard(); }));
     SetClipboardData(RegisterClipboardFormatA(kClipboardFormat), junk);
     CloseClipboard();
     Command(window, kManagerPaste);
     AnswerTime(window);
-    ASSERT_TRUE(OpenClipboard(nullptr) && EmptyClipboard());
+    ASSERT_TRUE(WaitUntil([] { return OpenClipboard(nullptr) && EmptyClipboard(); }));
     CloseClipboard();
     EXPECT_TRUE(WaitUntil([&] { return !Enabled(kManagerPaste); }));
     EXPECT_EQ(Text(kManagerProgress), "9993 CDs");
