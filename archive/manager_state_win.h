@@ -124,7 +124,7 @@ std::vector<uint32_t> SelectedDiscs(const ManagerWindow& manager);
 std::vector<uint32_t> SelectedOrAllDiscs(const ManagerWindow& manager);
 int SelectedCount(const ManagerWindow& manager);
 void SelectManagerRow(ManagerWindow* manager, RowKey key); // alone, focused and in sight
-void SelectManagerRows(ManagerWindow* manager, int all); // all or none
+void SelectManagerRows(ManagerWindow* manager, int all);   // all or none
 void SelectAllOrNone(ManagerWindow* manager);
 void DeselectDiscs(ManagerWindow* manager, const std::vector<uint32_t>& discs);
 // As ArrangeManager; the row that follows gets the focus where it was lost.
