@@ -1,6 +1,9 @@
-// Numbers of the program's resources, a range for each trade. Texts stand in the .rc part of the
-// same name. Numbers marked (fixed) are known outside the program and never change.
+// Numbers of the program's resources, a range for each trade; those of the large rooms stand in
+// files of their own. Texts stand in the .rc part of the same name. Numbers marked (fixed) are
+// known outside the program and never change.
 #pragma once
+#include "resources/ids_archive.h"
+#include "resources/ids_media.h"
 
 // ---- cd information: strings 128-159 (fixed)
 #define IDS_UNKNOWN_TITLE 128  // (fixed)
@@ -226,86 +229,6 @@
 #define IDS_MIXER_MESSAGES 940 // + index of the destination; 8 for any other
 #define IDS_MIXER_MENU_CONFIGURE 950
 
-// ---- media player: strings 1048-1139 and 1190-1199; dialogs 449 (file types, fixed), 472 playlist
-// editor, 473 history, 474 progress, 475 "MediaPlayer Required!"
-#define IDD_FILE_TYPES 449 // (fixed)
-#define IDD_PLAYLIST 472
-#define IDD_HISTORY 473
-#define IDD_MEDIA_PROGRESS 474
-#define IDD_MEDIA_REQUIRED 475
-#define IDD_PICK_ICON 476
-// dialogs: 1100-1179
-#define IDC_LIST 1100 // entries of either dialog
-#define IDC_LIST_ADD_FILES 1101
-#define IDC_LIST_ADD_FOLDER 1102
-#define IDC_LIST_UP 1103
-#define IDC_LIST_DOWN 1104
-#define IDC_LIST_REMOVE 1105
-#define IDC_LIST_CLEAR 1106
-#define IDC_LIST_SAVE 1107
-#define IDC_LIST_TOTAL 1108
-#define IDC_LIST_READING 1109 // how far the lengths are, and the button that holds them
-#define IDC_LIST_HOLD 1110
-#define IDC_LIST_COUNT 1111
-#define IDC_LIST_MARK 1112 // the line where dragged rows go
-#define IDC_PROGRESS_TEXT 1113
-#define IDC_HISTORY_REMOVE 1114
-#define IDC_HISTORY_CLEAR 1115
-#define IDS_OPEN_CAPTION 1100
-#define IDS_OPEN_FILTER 1101 // pairs of text and pattern, "|" for the NULs
-#define IDS_SAVE_CAPTION 1102
-#define IDS_SAVE_FILTER 1103
-#define IDS_ADD_CAPTION 1104
-#define IDS_ADD_FILTER 1105
-#define IDS_ADD_FOLDER_TEXT 1106
-#define IDS_DIALOGS_CAPTION 1107
-#define IDS_TOO_MANY_CHOSEN 1108
-#define IDS_LIST_FULL 1109
-#define IDS_NAMES_TOO_LONG 1110
-#define IDS_PATH_GONE 1111
-#define IDS_SAVE_FAILED 1112
-#define IDS_COLUMN_NUMBER 1113
-#define IDS_COLUMN_FILE 1114
-#define IDS_COLUMN_FOLDER 1115
-#define IDS_COLUMN_LENGTH 1116
-#define IDS_ENTRY_COUNT 1117
-#define IDS_READING_LENGTHS 1119
-#define IDS_HOLD_LENGTHS 1120
-#define IDS_GO_ON_LENGTHS 1121
-#define IDS_LENGTHS_HELD 1122
-#define IDS_FILES_FOUND 1123
-#define IDS_NO_SONGS 1124
-#define IDS_PLAYLIST_CAPTION 1126
-// player window: 1048-1099
-#define IDS_MEDIA_LABELS 1048 // + id of the control - 701
-#define IDS_MEDIA_TIPS 1064   // the same
-#define IDS_MEDIA_MENU_OPEN 1080
-#define IDS_MEDIA_MENU_SAVE 1081
-#define IDS_MEDIA_MENU_EDITOR 1082
-#define IDS_MEDIA_MENU_HISTORY 1083
-#define IDS_MEDIA_MENU_PLAY 1084
-#define IDS_MEDIA_MENU_PAUSE 1085
-#define IDS_MEDIA_MENU_STOP 1086
-#define IDS_MEDIA_MENU_PREVIOUS 1087
-#define IDS_MEDIA_MENU_NEXT 1088
-#define IDS_MEDIA_MENU_REPEAT 1089
-#define IDS_MEDIA_MENU_RANDOM 1090
-#define IDS_MEDIA_MENU_FILE_TYPES 1091
-#define IDS_MEDIA_MENU_TOUCH_FILES 1092
-#define IDS_MEDIA_MENU_POWER 1093
-#define IDS_MEDIA_UNKNOWN_TYPE 1094
-// file types and the box: controls 1180-1199, strings 1190-1199
-#define IDS_CHOOSE_ICON 1190 // + row of the file types dialog
-#define IDS_VENDOR_PAGE 1194
-#define IDS_ICON_FILTER 1195 // pairs of text and pattern, "|" for the NULs
-#define IDC_TYPE_TICK 1186   // + row
-#define IDC_TYPE_ICON 1189   // + row
-#define IDC_TYPE_CHOOSE 1192 // + row
-#define IDC_VENDOR_PAGE 1196
-#define IDC_ICON_FILE 1197
-#define IDC_ICON_LIST 1198
-#define IDC_ICON_BROWSE 1199
-
 // ---- layouts: strings 1140-1152 and menus 1154-1159
 #define IDS_LAYOUTS_MENU 1140
 #define IDS_LAYOUTS_ENTRY 1141
@@ -438,109 +361,3 @@
 #define IDC_UNINSTALL_TEXT 1460
 #define IDC_UNINSTALL_DATABASE 1461
 #define IDC_UNINSTALL_SETTINGS 1462
-
-// ---- database manager: strings 1168-1181 labels, 1200-1213 tooltips, 1232-1243 captions (all
-// fixed), further ones 1214-1231 and 1244-1259
-#define IDS_DATABASE_LABELS 1168       // + place of the control (fixed)
-#define IDS_DATABASE_TIPS 1200         // + the same (fixed)
-#define IDS_DATABASE_VIEWS 1232        // + CatalogView (fixed)
-#define IDS_DATABASE_SORTS 1235        // + SortKey; the track number stands apart (fixed)
-#define IDS_DATABASE_SELECTED 1240     // (fixed)
-#define IDS_DATABASE_EDIT_FAILED 1241  // (fixed)
-#define IDS_DATABASE_EDIT_CAPTION 1242 // (fixed)
-#define IDS_DATABASE_SORT_NUMBER 1243  // (fixed)
-#define IDS_DATABASE_NAME 1214         // the console's button
-#define IDS_DATABASE_SHORT 1215
-#define IDS_DATABASE_TIP 1216
-#define IDS_DATABASE_COLUMNS 1217 // + CatalogColumn
-#define IDS_DATABASE_SEARCH 1223
-#define IDS_DATABASE_SEARCH_TIP 1224
-#define IDS_DATABASE_CDS 1244
-#define IDS_DATABASE_ENTRIES 1245
-#define IDS_DATABASE_ASCENDING 1246 // after a sort's name
-#define IDS_DATABASE_DESCENDING 1247
-#define IDS_DATABASE_DELETE_TEXT 1248
-#define IDS_DATABASE_DELETE_CAPTION 1249
-#define IDS_DATABASE_UNREADABLE 1250 // of the progress indicator
-#define IDS_DATABASE_IN_USE 1251     // the same
-#define IDS_DATABASE_RETRY_TEXT 1252
-#define IDS_DATABASE_CAPTION 1253
-#define IDS_DATABASE_FAILED 1254 // the same
-#define IDS_DATABASE_TOO_MANY 1255
-// entries of its menu: 1225-1231
-#define IDS_DATABASE_MENU_SORT 1225
-#define IDS_DATABASE_MENU_FIND 1226
-#define IDS_DATABASE_MENU_REFRESH 1227
-#define IDS_DATABASE_MENU_STOP 1228
-#define IDS_DATABASE_MENU_CELL 1229
-#define IDS_DATABASE_MENU_POWER 1230
-#define IDS_DATABASE_MENU_DIRECTION 1231
-
-// ---- import, export, migration: strings 1260-1299; dialogs 480-483; controls 1260-1269
-#define IDD_IMPORT 480
-#define IDD_EXPORT 481
-#define IDC_TRANSFER_INI 1260
-#define IDC_TRANSFER_HINT 1261
-#define IDC_IMPORT_FOLDER 1262
-#define IDC_EXPORT_SEPARATOR 1263
-#define IDC_EXPORT_COMMA 1264
-#define IDC_EXPORT_TAB 1265
-#define IDS_IMPORT_CAPTION 1260
-#define IDS_IMPORT_FILTER 1261 // pairs of text and pattern, "|" for the NULs
-#define IDS_EXPORT_CAPTION 1262
-#define IDS_EXPORT_FILTER 1263 // the same
-#define IDS_EXPORT_NAME 1264
-#define IDS_EXPORT_REPLACE 1265
-#define IDS_IMPORT_CDP_HINT 1266
-#define IDS_IMPORT_CDDB_HINT 1267
-#define IDS_IMPORT_CUE_HINT 1268
-#define IDS_EXPORT_NEW_HINT 1269
-#define IDS_EXPORT_CDP_HINT 1270
-#define IDS_EXPORT_FOLDER_HINT 1271
-#define IDS_TRANSFER_INI_HINT 1272
-#define IDS_CDP_FAULTS 1284 // + CdpFault - 1, up to 1290
-#define IDS_MIGRATE_REGISTRY 1291
-#define IDS_MIGRATE_INI 1292
-// ---- printing: strings 1300-1339; dialogs 484-487; controls 1300-1339
-#define IDS_PRINT_WORDS 1300 // + PrintWord
-#define IDS_PRINT_CAPTION 1312
-#define IDS_PRINT_PAGE_OF 1313
-#define IDS_PRINT_DISC_OF 1314
-#define IDS_PRINT_NO_PRINTER 1315
-#define IDS_PRINT_REDUCED 1316
-#define IDS_PRINT_PAPER 1317
-#define IDS_PRINT_FONT 1318
-#define IDS_PRINT_BROKEN 1319
-#define IDS_PRINT_NOT_STARTED 1320
-#define IDS_PRINT_PROGRESS 1321
-#define IDS_PRINT_DISC_PROGRESS 1322
-#define IDS_PRINT_CANCELLING 1323
-#define IDS_PRINT_GONE 1324
-#define IDS_PRINT_LIST_OF 1325
-#define IDS_PRINT_ALL 1326
-#define IDS_PRINT_UNKNOWN_ERROR 1327
-#define IDS_PRINT_NONE 1328
-#define IDD_PRINT 484
-#define IDD_PRINTING 485
-#define IDC_PRINT_LIST 1300
-#define IDC_PRINT_DISC 1301
-#define IDC_PRINT_INLAY 1302
-#define IDC_PRINT_NUMBER_LABEL 1303
-#define IDC_PRINT_NUMBER 1304
-#define IDC_PRINT_NUMBER_SPIN 1305
-#define IDC_PRINT_NUMBER_OF 1306
-#define IDC_PRINT_NAME 1307
-#define IDC_PRINT_ALL 1308
-#define IDC_PRINT_FONT_NAME 1309
-#define IDC_PRINT_FONT 1310
-#define IDC_PRINT_PAPER_NAME 1311
-#define IDC_PRINT_PAPER 1312
-#define IDC_PRINT_NOTE 1313
-#define IDC_PRINT_PREVIEW 1314
-#define IDC_PRINT_FIRST 1315
-#define IDC_PRINT_BACK 1316
-#define IDC_PRINT_PAGE 1317
-#define IDC_PRINT_NEXT 1318
-#define IDC_PRINT_LAST 1319
-#define IDC_PRINTING_TEXT 1320
-#define IDC_PRINTING_BAR 1321

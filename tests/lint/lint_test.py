@@ -86,6 +86,8 @@ class LintTest(unittest.TestCase):
                 files = {IDS: ids, "app/resources/a.rc": f"STRINGTABLE\nBEGIN\n {texts}\nEND\n",
                          "cd/a_win.cpp": source}
                 self.expect(lint.TEXT_CHECKS["resources"](files), part)
+        files = {IDS: "#define IDS_A 1\n", "app/resources/ids_b.h": "#define IDS_B 1\n"}
+        self.expect(lint.TEXT_CHECKS["resources"](files), "IDS_B has the number of IDS_A")
 
     def test_imports(self):
         own = "\tDLL Name: KERNEL32.dll\n"

@@ -6,7 +6,8 @@ where the next string id begins.
 """
 import re
 
-IDS = "app/resources/ids.h"
+IDS = "app/resources/ids.h"  # and what it includes: ids_*.h beside it
+IS_IDS = re.compile(r"app/resources/ids(_\w+)?\.h$").match
 DEFINE = re.compile(r"^[ \t]*#[ \t]*define[ \t]+(ID[A-Z]*_\w+)[ \t]+(\d+|0x[0-9A-Fa-f]+)"
                     r"[ \t]*(?://[ \t]*(.*))?$", re.M)
 TABLE = re.compile(r"^\s*STRINGTABLE\b.*?^\s*(?:BEGIN|\{)(.*?)^\s*(?:END|\})", re.M | re.S)
@@ -18,10 +19,11 @@ def is_base(comment):
     return comment.startswith(("+", "base")) or bool(re.match(r".*: \d+-\d+", comment))
 
 
-def read_defines(text):
-    """[(name, number, comment, line)]"""
-    return [(f.group(1), int(f.group(2), 0), f.group(3), text.count("\n", 0, f.start()) + 1)
-            for f in DEFINE.finditer(text)]
+def read_defines(files):
+    """[(name, number, comment, place)]"""
+    return [(f.group(1), int(f.group(2), 0), f.group(3),
+             f"{path}:{text.count(chr(10), 0, f.start()) + 1}")
+            for path, text in files.items() if IS_IDS(path) for f in DEFINE.finditer(text)]
 
 
 def read_texts(path, text, numbers):
@@ -40,7 +42,7 @@ def read_texts(path, text, numbers):
 def check(files):
     if IDS not in files:
         return []
-    defines = read_defines(files[IDS])
+    defines = read_defines(files)
     complaints = check_unique(defines)
     numbers = {name: number for name, number, _, _ in defines}
     texts = {}
@@ -60,10 +62,10 @@ def check(files):
 
 def check_unique(defines):
     complaints, seen = [], {}
-    for name, number, _, line in defines:
+    for name, number, _, place in defines:
         kind = name.split("_", 1)[0]
         if (kind, number) in seen:
-            complaints.append(f"{IDS}:{line}: {name} has the number of {seen[kind, number]}")
+            complaints.append(f"{place}: {name} has the number of {seen[kind, number]}")
         seen.setdefault((kind, number), name)
     return complaints
 
@@ -74,7 +76,7 @@ def check_texts(files, defines, texts):
     starts = sorted({number for _, number, _, _ in strings})
     used = {}
     for path, text in files.items():
-        if path.endswith((".cpp", ".h")) and path != IDS:
+        if path.endswith((".cpp", ".h")) and not IS_IDS(path):
             for found in re.finditer(r"\bIDS_\w+", text):
                 used.setdefault(found.group(0), f"{path}:{text.count(chr(10), 0, found.start()) + 1}")
     known = {name for name, _, _, _ in strings}

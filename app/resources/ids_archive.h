@@ -1,0 +1,109 @@
+// Numbers of the resources of the database manager, of import and export, and of printing: part of
+// ids.h.
+#pragma once
+
+// ---- database manager: strings 1168-1181 labels, 1200-1213 tooltips, 1232-1243 captions (all
+// fixed), further ones 1214-1231 and 1244-1259
+#define IDS_DATABASE_LABELS 1168       // + place of the control (fixed)
+#define IDS_DATABASE_TIPS 1200         // + the same (fixed)
+#define IDS_DATABASE_VIEWS 1232        // + CatalogView (fixed)
+#define IDS_DATABASE_SORTS 1235        // + SortKey; the track number stands apart (fixed)
+#define IDS_DATABASE_SELECTED 1240     // (fixed)
+#define IDS_DATABASE_EDIT_FAILED 1241  // (fixed)
+#define IDS_DATABASE_EDIT_CAPTION 1242 // (fixed)
+#define IDS_DATABASE_SORT_NUMBER 1243  // (fixed)
+#define IDS_DATABASE_NAME 1214         // the console's button
+#define IDS_DATABASE_SHORT 1215
+#define IDS_DATABASE_TIP 1216
+#define IDS_DATABASE_COLUMNS 1217 // + CatalogColumn
+#define IDS_DATABASE_SEARCH 1223
+#define IDS_DATABASE_SEARCH_TIP 1224
+#define IDS_DATABASE_CDS 1244
+#define IDS_DATABASE_ENTRIES 1245
+#define IDS_DATABASE_ASCENDING 1246 // after a sort's name
+#define IDS_DATABASE_DESCENDING 1247
+#define IDS_DATABASE_DELETE_TEXT 1248
+#define IDS_DATABASE_DELETE_CAPTION 1249
+#define IDS_DATABASE_UNREADABLE 1250 // of the progress indicator
+#define IDS_DATABASE_IN_USE 1251     // the same
+#define IDS_DATABASE_RETRY_TEXT 1252
+#define IDS_DATABASE_CAPTION 1253
+#define IDS_DATABASE_FAILED 1254 // the same
+#define IDS_DATABASE_TOO_MANY 1255
+// entries of its menu: 1225-1231
+#define IDS_DATABASE_MENU_SORT 1225
+#define IDS_DATABASE_MENU_FIND 1226
+#define IDS_DATABASE_MENU_REFRESH 1227
+#define IDS_DATABASE_MENU_STOP 1228
+#define IDS_DATABASE_MENU_CELL 1229
+#define IDS_DATABASE_MENU_POWER 1230
+#define IDS_DATABASE_MENU_DIRECTION 1231
+
+// ---- import, export, migration: strings 1260-1299; dialogs 480-483; controls 1260-1269
+#define IDD_IMPORT 480
+#define IDD_EXPORT 481
+#define IDC_TRANSFER_INI 1260
+#define IDC_TRANSFER_HINT 1261
+#define IDC_IMPORT_FOLDER 1262
+#define IDC_EXPORT_SEPARATOR 1263
+#define IDC_EXPORT_COMMA 1264
+#define IDC_EXPORT_TAB 1265
+#define IDS_IMPORT_CAPTION 1260
+#define IDS_IMPORT_FILTER 1261 // pairs of text and pattern, "|" for the NULs
+#define IDS_EXPORT_CAPTION 1262
+#define IDS_EXPORT_FILTER 1263 // the same
+#define IDS_EXPORT_NAME 1264
+#define IDS_EXPORT_REPLACE 1265
+#define IDS_IMPORT_CDP_HINT 1266
+#define IDS_IMPORT_CDDB_HINT 1267
+#define IDS_IMPORT_CUE_HINT 1268
+#define IDS_EXPORT_NEW_HINT 1269
+#define IDS_EXPORT_CDP_HINT 1270
+#define IDS_EXPORT_FOLDER_HINT 1271
+#define IDS_TRANSFER_INI_HINT 1272
+#define IDS_CDP_FAULTS 1284 // + CdpFault - 1, up to 1290
+#define IDS_MIGRATE_REGISTRY 1291
+#define IDS_MIGRATE_INI 1292
+// ---- printing: strings 1300-1339; dialogs 484-487; controls 1300-1339
+#define IDS_PRINT_WORDS 1300 // + PrintWord
+#define IDS_PRINT_CAPTION 1312
+#define IDS_PRINT_PAGE_OF 1313
+#define IDS_PRINT_DISC_OF 1314
+#define IDS_PRINT_NO_PRINTER 1315
+#define IDS_PRINT_REDUCED 1316
+#define IDS_PRINT_PAPER 1317
+#define IDS_PRINT_FONT 1318
+#define IDS_PRINT_BROKEN 1319
+#define IDS_PRINT_NOT_STARTED 1320
+#define IDS_PRINT_PROGRESS 1321
+#define IDS_PRINT_DISC_PROGRESS 1322
+#define IDS_PRINT_CANCELLING 1323
+#define IDS_PRINT_GONE 1324
+#define IDS_PRINT_LIST_OF 1325
+#define IDS_PRINT_ALL 1326
+#define IDS_PRINT_UNKNOWN_ERROR 1327
+#define IDS_PRINT_NONE 1328
+#define IDD_PRINT 484
+#define IDD_PRINTING 485
+#define IDC_PRINT_LIST 1300
+#define IDC_PRINT_DISC 1301
+#define IDC_PRINT_INLAY 1302
+#define IDC_PRINT_NUMBER_LABEL 1303
+#define IDC_PRINT_NUMBER 1304
+#define IDC_PRINT_NUMBER_SPIN 1305
+#define IDC_PRINT_NUMBER_OF 1306
+#define IDC_PRINT_NAME 1307
+#define IDC_PRINT_ALL 1308
+#define IDC_PRINT_FONT_NAME 1309
+#define IDC_PRINT_FONT 1310
+#define IDC_PRINT_PAPER_NAME 1311
+#define IDC_PRINT_PAPER 1312
+#define IDC_PRINT_NOTE 1313
+#define IDC_PRINT_PREVIEW 1314
+#define IDC_PRINT_FIRST 1315
+#define IDC_PRINT_BACK 1316
+#define IDC_PRINT_PAGE 1317
+#define IDC_PRINT_NEXT 1318
+#define IDC_PRINT_LAST 1319
+#define IDC_PRINTING_TEXT 1320
+#define IDC_PRINTING_BAR 1321
