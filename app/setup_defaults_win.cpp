@@ -1,6 +1,8 @@
-// Defaults of the console, of the looks and of the layouts, as an installation leaves them:
-// only where the user has no value. See setup_win.h.
+// Defaults of the console, of the looks, of the layouts and of the CD icon's tooltip, as an
+// installation leaves them: only where the user has no value. See setup_win.h.
 #include "app/setup_win.h"
+#include "cd/icon_text.h"
+#include "cd/icon_win.h"
 #include "core/settings.h"
 #include "ui/appearance_win.h"
 #include "ui/components.h"
@@ -12,6 +14,8 @@ int SeedDefaults() {
     SeedWindowSetting(kConsoleWindowId, "Use3dLook", kRegDword, 4, &on);
     SeedWindowSetting(kConsoleWindowId, "TaskBarIcon", kRegDword, 4, &on);
     SeedWindowSetting(kConsoleWindowId, "PreventSS", kRegDword, 4, &off);
+    if (!RegValueExists(kUserRoot, kSettingsRoot, kCdIconOptionsValue))
+        CdIconOptions(kCdIconOptions);
     SeedColors();
     SeedAppearance();
     SeedLayouts(0);

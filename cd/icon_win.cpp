@@ -19,7 +19,6 @@
 
 #include <cstring>
 
-static const char* const kOptionsValue = "CDIconShowOptions";
 constexpr UINT_PTR kTimerId = 800;
 constexpr UINT kTimerMs = 1000;
 constexpr int kOptionCount = 5;
@@ -43,13 +42,13 @@ static volatile LONG s_options; // written by the console's thread, too
 uint32_t CdIconOptions(int bits) {
     if (bits != -1) {
         const uint32_t kept = static_cast<uint32_t>(bits) & kCdIconOptions;
-        WriteRegDword(kUserRoot, kSettingsRoot, kOptionsValue, kRegDword, kept);
+        WriteRegDword(kUserRoot, kSettingsRoot, kCdIconOptionsValue, kRegDword, kept);
         InterlockedExchange(&s_options, static_cast<LONG>(kept));
         const HWND window = CdIconThread()->Window;
         if (window) PostMessageA(window, WM_COMMAND, kNotifyCdEngine, 0);
         return kept;
     }
-    return ReadRegDword(kUserRoot, kSettingsRoot, kOptionsValue) & kCdIconOptions;
+    return ReadRegDword(kUserRoot, kSettingsRoot, kCdIconOptionsValue) & kCdIconOptions;
 }
 
 void FillCdIconProperties(HMENU menu) {

@@ -27,7 +27,8 @@ enum CdIconCommand {
 ComponentThread* CdIconThread();
 
 // ---- for the console, whether the icon is on or not
-// "CDIconShowOptions": sets the five bits (CdIconOption) and saves them, -1 only reads. The bits in
+constexpr const char* kCdIconOptionsValue = "CDIconShowOptions"; // in the settings' root key
+// Sets the five bits (CdIconOption) and saves them, -1 only reads. The bits in
 // force.
 uint32_t CdIconOptions(int bits);
 // The entries that turn each of them over, and their commands: 1 when it was one.

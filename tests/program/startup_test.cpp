@@ -40,6 +40,7 @@ TEST_F(StartupTest, FirstStartInstallsSaysSoAndEnds) {
     EXPECT_EQ(RegText(kUserRoot, "Software\\Tonvista\\Saved", "Module"), ProgramPath());
     EXPECT_EQ(ReadRegDword(kMachineRoot, kSettingsRoot, "LastOK"), 1u);
     EXPECT_EQ(ReadWindowDword(1, "TaskBarIcon", 9), 1u);
+    EXPECT_EQ(ReadRegDword(kUserRoot, kSettingsRoot, "CDIconShowOptions"), 31u);
     EXPECT_EQ(ReadWindowDword(1, "IndtrDrkClr", 9), 0xFF8000u) << "of a screen with many colours";
     EXPECT_EQ(ReadRegDword(kUserRoot, "Software\\Tonvista\\CDEngine", "IntroLength"), 10u);
     EXPECT_EQ(RegText(kMachineRoot, kAppPaths, ""), ProgramPath());
