@@ -89,8 +89,7 @@ static FileOutcome ReadCddbFile(ReadJob* job, const std::wstring& path) {
     const std::string head = ReadFileHead(path);
     if (!IsCddbFile(head)) return head.empty() ? kFileBad : kFileNone;
     std::string text;
-    if (!ReadFileText(path, FILE_SHARE_READ | FILE_SHARE_DELETE, kMaxFileSize, &text))
-        return kFileBad;
+    if (!ReadFileText(path, kMaxFileSize, &text)) return kFileBad;
     std::string_view rest = text;
     auto record = std::make_unique<CDInfoRecord>();
     FileOutcome outcome = kFileRead;
@@ -110,9 +109,7 @@ int ReadCddbFiles(ReadJob* job) {
 
 int HoldsCddbDisc(const std::wstring& path, uint32_t identity) {
     std::string text;
-    if (!IsCddbFile(ReadFileHead(path)) ||
-        !ReadFileText(path, FILE_SHARE_READ | FILE_SHARE_DELETE, kMaxFileSize, &text))
-        return 0;
+    if (!IsCddbFile(ReadFileHead(path)) || !ReadFileText(path, kMaxFileSize, &text)) return 0;
     std::string_view rest = text;
     auto record = std::make_unique<CDInfoRecord>();
     return ReadCddbEntry(NextCddbEntry(&rest), CddbCodec(), record.get()) && rest.empty() &&
@@ -149,8 +146,7 @@ static CueFileLength MeasureFile(const std::wstring& path, const CueFile& file) 
 
 static int ReadCueText(const std::wstring& path, std::string* text, CueSheet* sheet,
                        CueTexts* texts) {
-    return ReadFileText(path, FILE_SHARE_READ | FILE_SHARE_DELETE, kMaxCueBytes, text) &&
-           ReadCue(*text, sheet, texts);
+    return ReadFileText(path, kMaxCueBytes, text) && ReadCue(*text, sheet, texts);
 }
 
 static FileOutcome ReadCueFile(ReadJob* job, const std::wstring& path) {

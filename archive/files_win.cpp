@@ -36,13 +36,13 @@ static int ReadOpened(HANDLE file, uint64_t limit, std::string* text) {
     return ReadInto(file, text->data(), text->size()) == text->size();
 }
 
-static HANDLE OpenForReading(const std::wstring& path, DWORD share) {
-    return CreateFileW(path.c_str(), GENERIC_READ, share, nullptr, OPEN_EXISTING,
-                       FILE_FLAG_SEQUENTIAL_SCAN, nullptr);
+static HANDLE OpenForReading(const std::wstring& path) {
+    return CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_DELETE, nullptr,
+                       OPEN_EXISTING, FILE_FLAG_SEQUENTIAL_SCAN, nullptr);
 }
 
-int ReadFileText(const std::wstring& path, DWORD share, uint64_t limit, std::string* text) {
-    const HANDLE file = OpenForReading(path, share);
+int ReadFileText(const std::wstring& path, uint64_t limit, std::string* text) {
+    const HANDLE file = OpenForReading(path);
     if (file == INVALID_HANDLE_VALUE) return 0;
     const int good = ReadOpened(file, limit, text);
     CloseHandle(file);
@@ -52,7 +52,7 @@ int ReadFileText(const std::wstring& path, DWORD share, uint64_t limit, std::str
 
 void ReadFileStart(const std::wstring& path, size_t limit, std::string* text) {
     text->clear();
-    const HANDLE file = OpenForReading(path, FILE_SHARE_READ | FILE_SHARE_DELETE);
+    const HANDLE file = OpenForReading(path);
     if (file == INVALID_HANDLE_VALUE) return;
     text->resize(limit);
     text->resize(GetFileType(file) == FILE_TYPE_DISK ? ReadInto(file, text->data(), limit) : 0);

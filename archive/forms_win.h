@@ -25,7 +25,6 @@ int StepJob(ReadJob* job);
 int GiveDisc(ReadJob* job, const CDInfoRecord& record);
 
 // Each gives 1 when all was read.
-int ReadCdpFile(ReadJob* job);
 int ReadIniFile(ReadJob* job);
 int ReadCddbFiles(ReadJob* job); // a file or a folder
 int ReadCueFiles(ReadJob* job);
@@ -33,8 +32,8 @@ int ReadCueFiles(ReadJob* job);
 // ---- files
 
 std::wstring WidenPath(const char* path);
-// The whole file when it is not larger than `limit`; `share` as for CreateFile. 0 otherwise.
-int ReadFileText(const std::wstring& path, DWORD share, uint64_t limit, std::string* text);
+// The whole file when it is not larger than `limit`. 0 otherwise.
+int ReadFileText(const std::wstring& path, uint64_t limit, std::string* text);
 // Its first bytes, up to `limit`; none when they can't be had.
 void ReadFileStart(const std::wstring& path, size_t limit, std::string* text);
 inline std::string ReadFileHead(const std::wstring& path) {

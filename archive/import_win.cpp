@@ -31,6 +31,15 @@ int GiveDisc(ReadJob* job, const CDInfoRecord& record) {
     return StepJob(job);
 }
 
+static int OnEntry(const void* data, size_t, uint32_t, void* context) {
+    return GiveDisc(static_cast<ReadJob*>(context), *static_cast<const CDInfoRecord*>(data));
+}
+
+static int ReadCdpFile(ReadJob* job) {
+    job->total = CountEntries(job->path.c_str());
+    return EnumerateEntries(job->owner, job->path.c_str(), OnEntry, job, 0, 0);
+}
+
 static int RunJob(ExchangeForm form, ReadJob* job) {
     int read = 0;
     if (form == kCdpForm) read = ReadCdpFile(job);

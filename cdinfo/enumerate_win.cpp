@@ -1,5 +1,6 @@
 // Walking through a whole database.
 #include "core/platform.h"
+#include "cdinfo/old_style.h"
 #include "cdinfo/progress_win.h"
 #include "cdinfo/store_parts_win.h"
 
@@ -30,12 +31,20 @@ static void VisitEntry(const SafeFile& file, uint32_t identity, const Visitor& v
         visitor.callback(visitor.record, bytes.size(), identity, visitor.context);
 }
 
+// By its bytes, or, when these can't be had, because whoever named the file is to hear of it. A
+// damaged compound file is none.
+static int IsOldStyle(LoadState state, const wchar_t* path) {
+    return state == kLoadForeign || (path && (state == kLoadAbsent || state == kLoadUnreadable));
+}
+
 int EnumerateEntries(StoreWindow owner, const wchar_t* path, StoreCallback callback, void* context,
                      int showProgress, int raw) {
     SafeFile file;
     std::vector<IndexPair> pairs;
     PrepareStoreFile(path, &file);
-    if (LoadSafeFile(&file) != kLoadGood || !ReadIndex(file, &pairs)) return 0;
+    const LoadState state = LoadSafeFile(&file);
+    if (IsOldStyle(state, path)) return ReadOldStyleFile(owner, path, callback, context, raw);
+    if (state != kLoadGood || !ReadIndex(file, &pairs)) return 0;
     const HWND progress = showProgress && pairs.size() > kPairsWithoutProgress
                               ? ShowProgress(owner, 0, pairs.size() * kWordsPerPair, kWordsPerPair)
                               : nullptr;

@@ -42,3 +42,7 @@ struct FileLayer {
 };
 
 const FileLayer& SystemFiles();
+
+// The whole file, which nobody else may have open. *isOpen tells a file that could not be opened
+// from one that could not be read.
+FileResult ReadUnshared(const wchar_t* path, std::vector<uint8_t>* bytes, int* isOpen);

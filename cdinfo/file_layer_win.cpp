@@ -69,15 +69,26 @@ static FileResult ReadOpen(HANDLE file, std::vector<uint8_t>* bytes) {
     return kFileOk;
 }
 
+static FileResult ReadWith(const wchar_t* path, DWORD share, std::vector<uint8_t>* bytes,
+                           int* isOpen) {
+    const HANDLE file = CreateFileW(path, GENERIC_READ, share, nullptr, OPEN_EXISTING,
+                                    FILE_FLAG_SEQUENTIAL_SCAN, nullptr);
+    *isOpen = file != INVALID_HANDLE_VALUE;
+    const FileResult result = *isOpen ? ReadOpen(file, bytes) : LastResult();
+    if (*isOpen) CloseHandle(file);
+    if (result != kFileOk) bytes->clear();
+    return result;
+}
+
 // Others may read at the same time, so that two look-ups never disturb each other; nobody may
 // write.
 static FileResult ReadWhole(const wchar_t* path, std::vector<uint8_t>* bytes) {
-    const HANDLE file = CreateFileW(path, GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_DELETE,
-                                    nullptr, OPEN_EXISTING, FILE_FLAG_SEQUENTIAL_SCAN, nullptr);
-    const FileResult result = file == INVALID_HANDLE_VALUE ? LastResult() : ReadOpen(file, bytes);
-    if (file != INVALID_HANDLE_VALUE) CloseHandle(file);
-    if (result != kFileOk) bytes->clear();
-    return result;
+    int isOpen;
+    return ReadWith(path, FILE_SHARE_READ | FILE_SHARE_DELETE, bytes, &isOpen);
+}
+
+FileResult ReadUnshared(const wchar_t* path, std::vector<uint8_t>* bytes, int* isOpen) {
+    return ReadWith(path, 0, bytes, isOpen);
 }
 
 static FileResult WriteWhole(const wchar_t* path, std::span<const uint8_t> bytes) {

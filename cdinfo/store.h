@@ -61,13 +61,16 @@ int AddOrReplace(const wchar_t* path, const CDInfoRecord& record, int confirm, S
 // change could not be put in place; 1 also when there was nothing to delete.
 int DeleteEntry(const wchar_t* path, uint32_t identity);
 
-// data: a CDInfoRecord, or the packed entry when raw. length: of the packed entry. The result is
-// ignored. Nothing is held during the call; it may change the database.
+// data: a CDInfoRecord, or the packed entry when raw. length: of the packed entry. The result ends
+// the reading of an old-style file with 0, and is ignored otherwise. Nothing is held during the
+// call; it may change the database.
 using StoreCallback = int (*)(const void* data, size_t length, uint32_t identity, void* context);
 
 // Calls back for each pair of the index whose disc identity has a stream, in the index's order.
 // The database is read once, before the first call. Returns 1, or 0 when it can't be read. With
 // more than ten pairs and showProgress a small window in front of `owner` shows how far it is.
+// What is no compound file is read as an old-style one (old_style.h), with its messages and its
+// result.
 int EnumerateEntries(StoreWindow owner, const wchar_t* path, StoreCallback callback, void* context,
                      int showProgress, int raw);
 

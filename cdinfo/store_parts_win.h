@@ -24,6 +24,9 @@ struct StoreBatch {
 
 // The files that the store works on; SystemFiles() unless a test has set others.
 void SetStoreFiles(const FileLayer* files);
+// For tests, of which several programs run from one folder: the default database's full path from
+// now on. The text must stay.
+void SetDefaultDatabase(const wchar_t* path);
 
 // A file object for the path, or for the default database.
 void PrepareStoreFile(const wchar_t* path, SafeFile* file);

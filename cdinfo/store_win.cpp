@@ -15,6 +15,7 @@
 static struct {
     std::atomic<HWND> listener{nullptr};
     std::atomic<const FileLayer*> files{nullptr};
+    std::atomic<const wchar_t*> standard{nullptr}; // instead of the one beside the executable
 } s_store;
 
 void SetStoreListener(StoreWindow window) {
@@ -24,7 +25,12 @@ void SetStoreFiles(const FileLayer* files) {
     s_store.files = files;
 }
 
+void SetDefaultDatabase(const wchar_t* path) {
+    s_store.standard = path;
+}
+
 std::wstring DefaultDatabasePath() {
+    if (const wchar_t* standard = s_store.standard) return standard;
     wchar_t path[MAX_PATH * 4];
     const DWORD capacity = sizeof path / sizeof *path;
     const DWORD length = GetModuleFileNameW(nullptr, path, capacity);

@@ -1,6 +1,6 @@
 // Old-style CDP files: any bytes; what is read lies in the file, has its right checksum, and comes
 // before the first fault.
-#include "archive/cdp.h"
+#include "cdinfo/old_style.h"
 
 #include "cdinfo/record.h"
 

@@ -7,13 +7,12 @@
 struct ForeignExchange : testing::Test {
     const char* given = std::getenv("TONVISTA_EXCHANGE");
     void TestBody() override {
-        SetStoreFiles(&OwnFiles());
-        Forget(Own(DefaultDatabasePath().c_str()));
+        Forget(DefaultDatabasePath());
         if (std::getenv("TONVISTA_EXPORT"))
             Write();
         else
             TakeOver();
-        Forget(Own(DefaultDatabasePath().c_str()));
+        Forget(DefaultDatabasePath());
     }
     // Sheets of one disc with several artists into the folder.
     void Write() {
@@ -38,7 +37,7 @@ struct ForeignExchange : testing::Test {
             *static_cast<std::string*>(to) += DelimitedLines(record, ',');
             return 1;
         };
-        const std::string own = Narrow(Own(DefaultDatabasePath().c_str()));
+        const std::string own = Narrow(DefaultDatabasePath());
         ASSERT_TRUE(ReadDiscs(nullptr, kCdpForm, own.c_str(), collect, &lines, {}));
         Spill(WidenAscii(path + ".csv"),
               {reinterpret_cast<const uint8_t*>(lines.data()), lines.size()});

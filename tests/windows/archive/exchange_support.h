@@ -1,45 +1,12 @@
-// A database of the tests' own for import and export: whoever asks for the default one gets another
-// file, since other test programs run from the same folder at the same time.
+// What the tests of import and export share: discs as a database holds them, and a source of them.
 #pragma once
 #include "archive/exchange_win.h"
-#include "core/settings.h"
 #include "tests/logic/archive/records.h"
 #include "tests/windows/cdinfo/support.h"
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <map>
-
-struct OwnState {
-    int writeFails;
-};
-inline OwnState s_own; // one for all files of the test program
-
-inline std::wstring Own(const wchar_t* path) {
-    const std::wstring standard = DefaultDatabasePath();
-    const std::wstring given = path;
-    if (given.compare(0, standard.size(), standard)) return given;
-    return Scratch(L"own.cdp") + given.substr(standard.size());
-}
-
-inline const FileLayer& OwnFiles() {
-    static FileLayer own = SystemFiles();
-    own.read = [](auto p, auto b) { return SystemFiles().read(Own(p).c_str(), b); };
-    own.write = [](auto p, auto b) {
-        return s_own.writeFails ? kFileFailed : SystemFiles().write(Own(p).c_str(), b);
-    };
-    own.flush = [](auto p) { return SystemFiles().flush(Own(p).c_str()); };
-    own.size = [](auto p, auto b) { return SystemFiles().size(Own(p).c_str(), b); };
-    own.replace = [](auto p, auto r, auto b) {
-        return SystemFiles().replace(Own(p).c_str(), Own(r).c_str(), Own(b).c_str());
-    };
-    own.move = [](auto p, auto q) { return SystemFiles().move(Own(p).c_str(), Own(q).c_str()); };
-    own.remove = [](auto p) { return SystemFiles().remove(Own(p).c_str()); };
-    own.lock = [](auto p, auto l) { return SystemFiles().lock(Own(p).c_str(), l); };
-    own.hold = [](auto l, auto p) { return SystemFiles().hold(l, Own(p).c_str()); };
-    return own;
-}
 
 inline std::string Narrow(const std::wstring& path) {
     return std::string(path.begin(), path.end()); // scratch paths are ASCII

@@ -114,6 +114,7 @@ struct World {
 inline World ReadWorld(const std::wstring& path) {
     World world;
     world.pairs = CountEntries(path.c_str());
+    if (!world.pairs) return world; // nor an old-style file that would complain
     EnumerateEntries(
         nullptr, path.c_str(),
         [](const void* data, size_t length, uint32_t identity, void* context) {

@@ -26,13 +26,7 @@ struct StoreTest : testing::Test {
 constexpr uint32_t kA = 0x00C0FFEE, kB = 0x0BADBEEF;
 static void MakeAliasDatabase(const std::wstring& path) {
     ASSERT_TRUE(Add(path, kA, "Alias"));
-    CompoundFile file;
-    ASSERT_TRUE(OpenCompound(Slurp(path), &file));
-    const IndexPair alias = {kB, kA};
-    ASSERT_TRUE(RewriteStream(file, L"Mappings", 16, PackIndex({&alias, 1})));
-    Bytes image;
-    CloseCompound(&file, &image);
-    Spill(path, image);
+    SetIndexPair(path, 2, {kB, kA});
 }
 
 TEST_F(StoreTest, StoresNothingWithoutContent) {

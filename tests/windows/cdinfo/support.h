@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "cdinfo/compound_win.h"
 #include "cdinfo/store.h"
 #include "cdinfo/store_parts_win.h"
 #include "core/text.h"
@@ -26,6 +27,11 @@ inline std::wstring Scratch(const wchar_t* name) {
     return std::wstring(folder) + L"tonvista-" + std::to_wstring(GetCurrentProcessId()) + L"-" +
            name;
 }
+
+// The programs of the tests stand in one folder and run at the same time: each has its own default
+// database.
+inline const std::wstring s_ownDatabase = Scratch(L"default.cdp");
+inline const int s_isOwnSet = (SetDefaultDatabase(s_ownDatabase.c_str()), 1);
 
 inline int FileExists(const std::wstring& path) {
     return GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES;
@@ -70,4 +76,14 @@ inline std::string TitleOf(const std::wstring& path, uint32_t entry) {
 inline int Add(const std::wstring& path, uint32_t identity, const char* title,
                uint16_t tracks = 3) {
     return AddOrReplace(path.c_str(), *MakeRecord(identity, title, tracks), 0, nullptr);
+}
+
+// Writes a pair over the last of the index, whose place that is.
+inline void SetIndexPair(const std::wstring& path, uint32_t place, const IndexPair& pair) {
+    CompoundFile file;
+    Bytes image;
+    if (OpenCompound(Slurp(path), &file) &&
+        RewriteStream(file, L"Mappings", place * sizeof pair, PackIndex({&pair, 1})))
+        CloseCompound(&file, &image);
+    Spill(path, image);
 }

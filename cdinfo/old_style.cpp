@@ -1,5 +1,5 @@
-// See cdp.h.
-#include "archive/cdp.h"
+// See old_style.h.
+#include "cdinfo/old_style.h"
 
 #include "cdinfo/record.h"
 
