@@ -37,15 +37,25 @@ static int IsModifier(WPARAM key) {
     return key == VK_MENU || key == VK_SHIFT || key == VK_CONTROL;
 }
 
+static void TakeKey(HWND field, WPARAM key) {
+    FieldData* data = Data(field);
+    data->key = key == VK_ESCAPE ? 0 : static_cast<uint32_t>(key & kMostVirtualKey);
+    data->done = 1;
+}
+
 // Keys that stand for what an input method has taken have no combination of their own. A key that
 // was held before is the one that opened the field.
 static void OnKeyDown(HWND field, WPARAM key, LPARAM flags) {
     TakeModifiers(field);
     if (IsModifier(key) || (flags & kKeyRepeated) || key == VK_PROCESSKEY || key == VK_PACKET)
         return;
-    FieldData* data = Data(field);
-    data->key = key == VK_ESCAPE ? 0 : static_cast<uint32_t>(key & kMostVirtualKey);
-    data->done = 1;
+    TakeKey(field, key);
+}
+
+// Of Print Screen, Windows tells the release alone.
+static void OnKeyUp(HWND field, WPARAM key) {
+    TakeModifiers(field);
+    if (key == VK_SNAPSHOT) TakeKey(field, key);
 }
 
 static void OnPaint(HWND field) {
@@ -78,7 +88,7 @@ static LRESULT FieldProc(HWND field, UINT message, WPARAM wParam, LPARAM lParam)
     case WM_KEYDOWN:
     case WM_SYSKEYDOWN: OnKeyDown(field, wParam, lParam); return 0;
     case WM_KEYUP:
-    case WM_SYSKEYUP: TakeModifiers(field); return 0;
+    case WM_SYSKEYUP: OnKeyUp(field, wParam); return 0;
     case WM_LBUTTONDOWN:
     case WM_RBUTTONDOWN:
     case WM_CANCELMODE: Data(field)->done = 1; return 0;

@@ -32,6 +32,14 @@ static void ShowHotkey(const HotkeysDialog& dialog, int place) {
     SetDlgItemTextA(dialog.modal.window, IDC_HOTKEY_REFUSED + place, refused);
 }
 
+// Whoever had a refused combination, another of the ten perhaps, may have let go of it meanwhile.
+static void ShowHotkeys(HotkeysDialog* dialog) {
+    for (int i = 0; i < kHotkeys; ++i) {
+        if (dialog->records[i].Enabled && HotkeyWasRefused(i)) ApplyHotkey(dialog->records[i], 1);
+        ShowHotkey(*dialog, i);
+    }
+}
+
 static void OnInitDialog(HWND window, HotkeysDialog* dialog) {
     SetWindowLongPtrA(window, DWLP_USER, reinterpret_cast<LONG_PTR>(dialog));
     dialog->modal.window = window;
@@ -39,11 +47,7 @@ static void OnInitDialog(HWND window, HotkeysDialog* dialog) {
     char caption[kStringMax];
     LoadText(IDS_HOTKEYS_CAPTION, caption);
     SetDlgItemTextA(window, IDC_HOTKEYS_CAPTION, caption);
-    for (int i = 0; i < kHotkeys; ++i) {
-        // Whoever had the combination may have ended meanwhile.
-        if (dialog->records[i].Enabled && HotkeyWasRefused(i)) ApplyHotkey(dialog->records[i], 1);
-        ShowHotkey(*dialog, i);
-    }
+    ShowHotkeys(dialog);
     PlaceOverOwner(window, dialog->modal.owner);
 }
 
@@ -52,7 +56,7 @@ static void OnTick(HotkeysDialog* dialog, int place) {
     record->Enabled = IsDlgButtonChecked(dialog->modal.window, record->CheckControlId);
     if (!record->Enabled) ClearHotkey(record);
     ApplyHotkey(*record, static_cast<int>(record->Enabled));
-    ShowHotkey(*dialog, place);
+    ShowHotkeys(dialog);
 }
 
 static void ApplyAll(const HotkeysDialog& dialog, int enable) {
@@ -69,8 +73,7 @@ static void OnSet(HotkeysDialog* dialog, int place) {
     ApplyAll(*dialog, 1);
     if (taken) dialog->heldKey = dialog->records[place].VirtualKey;
     if (!IsWindow(window)) return;
-    for (int i = 0; i < kHotkeys; ++i)
-        ShowHotkey(*dialog, i);
+    ShowHotkeys(dialog);
     SetFocus(GetDlgItem(window, kHotkeyKinds[place].setId));
 }
 
