@@ -64,6 +64,7 @@ void ShowCdIconMenu(HWND window) {
         AppendProgram(menu, record, now.listIndex);
     else
         AppendCdTracks(menu, kCdIconEntryFirst, record, now.busy ? now.track : 0);
+    FoldMenu(menu);
     AppendTransport(menu, now);
     AppendMenuSeparator(menu);
     for (const auto& mode : kModes)

@@ -3,6 +3,10 @@
 
 #include "core/strings_win.h"
 
+#include <algorithm>
+
+constexpr int kRowAir = 3; // pixels by which a row may be higher than a menu bar
+
 void AppendMenuText(HMENU menu, UINT id, const char* text, int checked) {
     AppendMenuA(menu, MF_STRING | (checked ? MF_CHECKED : 0), id, text);
 }
@@ -16,14 +20,26 @@ void AppendMenuSeparator(HMENU menu) {
     if (GetMenuItemCount(menu) > 0) AppendMenuA(menu, MF_SEPARATOR, 0, nullptr);
 }
 
-void BeginMenuColumn(HMENU menu) {
-    const int last = GetMenuItemCount(menu) - 1;
+static void BreakBefore(HMENU menu, int place) {
     MENUITEMINFOA item = {};
     item.cbSize = sizeof item;
     item.fMask = MIIM_FTYPE;
-    if (last < 1 || !GetMenuItemInfoA(menu, static_cast<UINT>(last), TRUE, &item)) return;
+    if (place < 1 || !GetMenuItemInfoA(menu, static_cast<UINT>(place), TRUE, &item)) return;
     item.fType |= MFT_MENUBREAK;
-    SetMenuItemInfoA(menu, static_cast<UINT>(last), TRUE, &item);
+    SetMenuItemInfoA(menu, static_cast<UINT>(place), TRUE, &item);
+}
+
+void BeginMenuColumn(HMENU menu) {
+    BreakBefore(menu, GetMenuItemCount(menu) - 1);
+}
+
+void FoldMenu(HMENU menu) {
+    const int row = GetSystemMetrics(SM_CYMENU) + kRowAir;
+    const int fit = std::max(GetSystemMetrics(SM_CYSCREEN) / row - 1, 1);
+    const int count = GetMenuItemCount(menu), columns = std::max((count + fit - 1) / fit, 1);
+    const int height = (count + columns - 1) / columns;
+    for (int place = height; place < count; place += height)
+        BreakBefore(menu, place);
 }
 
 void AppendSubmenu(HMENU menu, HMENU submenu, UINT textId) {

@@ -9,6 +9,9 @@ void AppendMenuText(HMENU menu, UINT id, const char* text, int checked = 0);
 void AppendMenuSeparator(HMENU menu); // not as the first thing
 // The entry appended last begins a new column; not as the first thing.
 void BeginMenuColumn(HMENU menu);
+// What the menu has so far, in as many columns as the screen's height asks for: a menu that goes on
+// with a column of its own does not scroll.
+void FoldMenu(HMENU menu);
 void AppendSubmenu(HMENU menu, HMENU submenu, UINT textId);
 
 // Where the menu of a WM_CONTEXTMENU belongs. From the keyboard it has no place of its own: the
