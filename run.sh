@@ -108,7 +108,9 @@ install_once() {
   start_program /nodefcd /nodefmed /install
   wait_for 60 answer_boxes || die "the installation did not end"
   in_host wine reg query 'HKCU\Software\Tonvista' >/dev/null || die "the installation failed"
-  switch_on WaveInEngineOn SpectrumIU ScopeUI VolumeMeterTBIcon MixerEngineOn MixerUI
+  # The first layout opens the windows, and these start their engines.
+  switch_on VolumeMeterTBIcon
+  reg_add 'HKCU\Software\Tonvista\UIWindow3' Gainer REG_BINARY 0ad7a33c # 0.02: a quiet disc
 }
 
 switch_on() { # VALUE... of the console's section
@@ -156,7 +158,7 @@ wait_for 40 plays || die "it does not play"
 say "playing"
 began=$SECONDS
 if [ -n "$screenshot" ]; then
-  sleep 2 # the windows have drawn the first seconds of the disc by then
+  sleep 5 # the windows have drawn the first seconds of the disc by then
   mkdir -p "$(dirname "$screenshot")"
   "$host" shot run "$screenshot"
   say "screenshot: $screenshot"
