@@ -1,6 +1,6 @@
-// Changes of the database. They are gathered, then made by the platform on a copy in memory; the
-// result is read by our own eyes (sound, every other stream as before, every change there) and
-// only then put in place as a whole.
+// Changes of the database. They are gathered, then made on a copy in memory: a few by the platform,
+// many by laying the whole file out anew. The result is read by our own eyes (sound, every other
+// stream as before, every change there) and only then put in place as a whole.
 #include "core/platform.h"
 #include "cdinfo/store_parts_win.h"
 
@@ -10,11 +10,14 @@
 #include <new>
 
 #include "cdinfo/compound_win.h"
+#include "cdinfo/editor.h"
+#include "cdinfo/compound_write.h"
 
 // {C09D0670-BA7E-11D0-AA01-00AA00BF0389}
 constexpr CLSID kDatabaseClass = {
     0xC09D0670, 0xBA7E, 0x11D0, {0xAA, 0x01, 0x00, 0xAA, 0x00, 0xBF, 0x03, 0x89}};
 constexpr wchar_t kIndexStream[] = L"Mappings";
+constexpr size_t kManyChanges = 64; // streams; see docs/database.md
 
 static std::wstring StreamName(uint32_t entry) {
     char name[kEntryNameSize];
@@ -109,6 +112,15 @@ int BatchAdd(StoreBatch* batch, const CDInfoRecord& record) {
     return IsNothingToStore(record) || BatchPut(batch, record, &entry);
 }
 
+void BatchMerge(const StoreBatch* batch, const CDInfoRecord& before, const CDInfoRecord& after,
+                CDInfoRecord* merged) {
+    *merged = CDInfoRecord();
+    if (BatchRead(batch, after.identity, merged))
+        MergeEdit(before, after, merged);
+    else
+        *merged = after;
+}
+
 void BatchDelete(StoreBatch* batch, uint32_t identity) {
     int asEntry = 0;
     const auto [from, to] = batch->places.equal_range(identity);
@@ -161,7 +173,7 @@ static int WriteEntries(const StoreBatch& batch, const CompoundFile& file) {
     return 1;
 }
 
-static int BuildImage(const StoreBatch& batch, std::vector<uint8_t>* image) {
+static int ChangeByPlatform(const StoreBatch& batch, std::vector<uint8_t>* image) {
     CompoundFile file;
     const int open = batch.isFresh ? CreateCompound(&file)
                                    : OpenCompound(std::vector<uint8_t>(batch.file.bytes), &file);
@@ -169,12 +181,6 @@ static int BuildImage(const StoreBatch& batch, std::vector<uint8_t>* image) {
                      WriteEntries(batch, file) && FlushCompound(file);
     CloseCompound(&file, image);
     return made;
-}
-
-static int HoldsStream(const CompoundView& view, const char* name,
-                       const std::vector<uint8_t>& bytes) {
-    const CompoundStream* stream = FindCompoundStream(view, name);
-    return stream && ReadCompoundStream(view, *stream) == bytes;
 }
 
 // 1 for a stream that this batch writes or removes itself.
@@ -185,10 +191,42 @@ static int IsTouched(const StoreBatch& batch, const CompoundStream& stream) {
            (batch.puts.count(entry) || batch.removals.count(entry));
 }
 
+static int LayOutAnew(const StoreBatch& batch, std::vector<uint8_t>* image) {
+    const CompoundView& view = batch.file.view;
+    const auto index = PackIndex(batch.pairs);
+    CompoundStamps root;
+    if (!batch.isFresh) root = view.root;
+    std::memcpy(root.classId, &kDatabaseClass, sizeof root.classId);
+    std::vector<CompoundPart> parts = {MakePart(kIndexName, index)};
+    for (const CompoundStream& stream : view.streams) {
+        if (!batch.isFresh && !IsTouched(batch, stream)) parts.push_back(CarryPart(view, stream));
+    }
+    for (const auto& [entry, bytes] : batch.puts) {
+        char name[kEntryNameSize];
+        EntryName(entry, name);
+        parts.push_back(MakePart(name, bytes));
+    }
+    return BuildCompound(root, std::move(parts), image);
+}
+
+// The platform's way leaves a file's structure alone where nothing changes, so it is the one for
+// what a person types; and the one for files that hold more than we can carry over.
+static int BuildImage(const StoreBatch& batch, std::vector<uint8_t>* image) {
+    const int many = batch.puts.size() + batch.removals.size() >= kManyChanges;
+    return many && (batch.isFresh || batch.file.view.isFlat) ? LayOutAnew(batch, image)
+                                                             : ChangeByPlatform(batch, image);
+}
+
+static int HoldsStream(const CompoundView& view, const char* name,
+                       const std::vector<uint8_t>& bytes) {
+    const CompoundStream* stream = FindCompoundStream(view, name);
+    return stream && ReadCompoundStream(view, *stream) == bytes;
+}
+
 static int IsImageRight(const StoreBatch& batch, std::span<const uint8_t> image) {
     CompoundView view;
     if (CheckCompound(image, &view) != kCompoundGood) return 0;
-    if (std::memcmp(view.classId, &kDatabaseClass, sizeof view.classId)) return 0;
+    if (std::memcmp(view.root.classId, &kDatabaseClass, sizeof view.root.classId)) return 0;
     if (!HoldsStream(view, kIndexName, PackIndex(batch.pairs))) return 0;
     char name[kEntryNameSize];
     for (const auto& [entry, bytes] : batch.puts) {
@@ -200,6 +238,7 @@ static int IsImageRight(const StoreBatch& batch, std::span<const uint8_t> image)
         if (FindCompoundStream(view, name)) return 0;
     }
     // Both lists are in the order of names.
+    size_t carried = 0;
     auto now = view.streams.begin();
     for (const CompoundStream& stream : batch.file.view.streams) {
         if (IsTouched(batch, stream)) continue;
@@ -207,8 +246,9 @@ static int IsImageRight(const StoreBatch& batch, std::span<const uint8_t> image)
             ++now;
         if (now == view.streams.end() || !IsSameStream(batch.file.view, stream, view, *now))
             return 0;
+        ++carried;
     }
-    return 1;
+    return view.streams.size() == 1 + batch.puts.size() + carried;
 }
 
 static int Commit(StoreBatch* batch) {

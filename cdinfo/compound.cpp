@@ -1,8 +1,4 @@
-// A file is a header and numbered sectors. The FAT has one word a sector: the next one of its
-// chain, or a mark. The FAT's own sectors are listed in the header and, when there are many, in
-// sectors of their own (DIFAT). The directory is one chain of 128-byte entries, which form binary
-// trees of siblings; streams below 4096 bytes live in 64-byte sectors within the root's stream,
-// with a FAT of their own.
+// See compound.h, and compound_layout.h for the layout.
 //
 // Strict where a fault makes the platform's reader hang or its writer destroy other streams
 // (cycles, sectors used twice or marked free, ends outside the file, names out of order), and
@@ -13,19 +9,9 @@
 #include <algorithm>
 #include <cstring>
 
-constexpr uint8_t kSignature[8] = {0xD0, 0xCF, 0x11, 0xE0, 0xA1, 0xB1, 0x1A, 0xE1};
-constexpr size_t kHeaderSize = 512;
-constexpr size_t kSmallestFile = 1536; // header, FAT, directory
-constexpr uint32_t kHeaderFatEntries = 109;
-constexpr uint32_t kMiniShift = 6;
-constexpr uint32_t kMiniCutoff = 4096; // streams below it live in the mini stream
-constexpr size_t kEntrySize = 128;
-constexpr uint32_t kNoEntry = 0xFFFFFFFF;
-constexpr uint32_t kMaxSector = 0xFFFFFFFA; // marks are above
-constexpr uint32_t kEndOfChain = 0xFFFFFFFE;
-constexpr uint32_t kFreeSector = 0xFFFFFFFF;
+#include "cdinfo/compound_layout.h"
 
-enum EntryType { kStorageEntry = 1, kStreamEntry = 2, kRootEntry = 5 };
+constexpr size_t kSmallestFile = 1536; // header, FAT, directory
 
 struct Entry {
     char16_t name[kMaxCompoundName + 1];
@@ -93,7 +79,7 @@ static int ReadHeader(Checker* c) {
     const uint32_t major = LoadLittle(bytes.data() + 26, 2);
     const uint32_t shift = LoadLittle(bytes.data() + 30, 2);
     if (!(major == 3 && shift == 9) && !(major == 4 && shift == 12)) return 0;
-    if (LoadLittle(bytes.data() + 28, 2) != 0xFFFE) return 0;
+    if (LoadLittle(bytes.data() + 28, 2) != kByteOrder) return 0;
     if (LoadLittle(bytes.data() + 32, 2) != kMiniShift) return 0;
     if (HeaderWord(*c->view, 56) != kMiniCutoff) return 0;
     c->view->sectorShift = shift;
@@ -162,15 +148,19 @@ static size_t EntryCount(const Checker& c) {
     return (c.directory.size() << c.view->sectorShift) / kEntrySize;
 }
 
-static Entry LoadEntry(const Checker& c, uint32_t id) {
+static const uint8_t* EntryAt(const Checker& c, uint32_t id) {
     const size_t offset = id * kEntrySize;
-    const uint8_t* at = SectorAt(*c.view, c.directory[offset >> c.view->sectorShift]) +
-                        (offset & (SectorSize(*c.view) - 1));
+    return SectorAt(*c.view, c.directory[offset >> c.view->sectorShift]) +
+           (offset & (SectorSize(*c.view) - 1));
+}
+
+static Entry LoadEntry(const Checker& c, uint32_t id) {
+    const uint8_t* at = EntryAt(c, id);
     Entry entry = {};
     for (size_t i = 0; i < kMaxCompoundName + 1; ++i)
         entry.name[i] = static_cast<char16_t>(LoadLittle(at + 2 * i, 2));
     entry.nameBytes = LoadLittle(at + 64, 2);
-    entry.type = at[66];
+    entry.type = at[kEntryType];
     entry.left = LoadLittle(at + 68, 4);
     entry.right = LoadLittle(at + 72, 4);
     entry.child = LoadLittle(at + 76, 4);
@@ -190,20 +180,22 @@ static char16_t Upper(char16_t c) {
     return c >= u'a' && c <= u'z' ? static_cast<char16_t>(c - 32) : c;
 }
 
-// The order of siblings: the shorter name first, then by upper-case characters. Names with other
-// than ASCII characters compare as unordered (0), since their upper case is a matter of tables.
-static int CompareNames(const Entry& a, const Entry& b) {
-    const size_t count = a.nameBytes / 2;
-    const auto plain = [](char16_t c) { return c < 0x80; };
-    if (!std::all_of(a.name, a.name + count, plain) ||
-        !std::all_of(b.name, b.name + b.nameBytes / 2, plain))
-        return 0;
-    if (a.nameBytes != b.nameBytes) return a.nameBytes < b.nameBytes ? -1 : 1;
-    for (size_t i = 0; i < count; ++i) {
-        if (Upper(a.name[i]) != Upper(b.name[i]))
-            return Upper(a.name[i]) < Upper(b.name[i]) ? -1 : 1;
+int CompareCompoundNames(std::u16string_view a, std::u16string_view b) {
+    if (a.size() != b.size()) return a.size() < b.size() ? -1 : 1;
+    for (size_t i = 0; i < a.size(); ++i) {
+        if (Upper(a[i]) != Upper(b[i])) return Upper(a[i]) < Upper(b[i]) ? -1 : 1;
     }
-    return 2; // the same: no two siblings may be
+    return 0;
+}
+
+int IsPlainName(std::u16string_view name) {
+    return std::all_of(name.begin(), name.end(), [](char16_t c) { return c < 0x80; });
+}
+
+// 1 when `a` may stand before `b`. Names whose order is not known may stand anywhere; no two
+// siblings have the same one.
+static int MayPrecede(const Entry& a, const Entry& b) {
+    return !IsPlainName(a.name) || !IsPlainName(b.name) || CompareCompoundNames(a.name, b.name) < 0;
 }
 
 // An entry still to be looked at, and between which of its elders it must stand.
@@ -214,15 +206,8 @@ struct Visit {
 };
 
 static int IsPlaced(const Checker& c, const Visit& visit, const Entry& entry) {
-    if (visit.above != kNoEntry) {
-        const int order = CompareNames(LoadEntry(c, visit.above), entry);
-        if (order > 0) return 0;
-    }
-    if (visit.below != kNoEntry) {
-        const int order = CompareNames(entry, LoadEntry(c, visit.below));
-        if (order > 0) return 0;
-    }
-    return 1;
+    if (visit.above != kNoEntry && !MayPrecede(LoadEntry(c, visit.above), entry)) return 0;
+    return visit.below == kNoEntry || MayPrecede(entry, LoadEntry(c, visit.below));
 }
 
 static int CheckStream(Checker* c, const Entry& entry) {
@@ -233,6 +218,21 @@ static int CheckStream(Checker* c, const Entry& entry) {
                    entry.start, nullptr, &length))
         return 0;
     return (length << (mini ? kMiniShift : c->view->sectorShift)) >= entry.size;
+}
+
+// 1 when there is no more to a stream than its name and its bytes.
+static int IsBare(const Checker& c, uint32_t id, const Entry& entry) {
+    const uint8_t* at = EntryAt(c, id) + kEntryStamps;
+    return IsPlainName(entry.name) &&
+           std::all_of(at, at + sizeof c.view->root, [](uint8_t byte) { return byte == 0; });
+}
+
+// Entries that are not in the tree count, too: nobody knows what they were.
+static int HasOthers(const Checker& c) {
+    size_t used = 0;
+    for (uint32_t id = 0; id < EntryCount(c); ++id)
+        used += EntryAt(c, id)[kEntryType] != kNoEntryType;
+    return used != 1 + c.view->streams.size();
 }
 
 static int CheckTree(Checker* c, uint32_t top) {
@@ -254,6 +254,7 @@ static int CheckTree(Checker* c, uint32_t top) {
                 stream.start = entry.start;
                 stream.size = entry.size;
                 c->view->streams.push_back(stream);
+                c->view->isFlat &= IsBare(*c, visit.id, entry);
             }
         } else if (entry.type == kStorageEntry) {
             if (entry.child != kNoEntry) open.push_back({entry.child, kNoEntry, kNoEntry, 0});
@@ -274,12 +275,15 @@ static int CheckDirectory(Checker* c) {
     if (c->directory.empty()) return 0;
     const Entry root = LoadEntry(*c, 0);
     if (root.type != kRootEntry || root.sizeHigh) return 0;
-    std::memcpy(view.classId, SectorAt(view, c->directory[0]) + 80, sizeof view.classId);
+    std::memcpy(&view.root, EntryAt(*c, 0) + kEntryStamps, sizeof view.root);
     if (!WalkChain(view.fat, c->claimed, root.start, &view.miniSectors)) return 0;
     if ((uint64_t{view.miniSectors.size()} << view.sectorShift) < root.size) return 0;
     const size_t minis = (size_t{root.size} + 63) >> kMiniShift;
     c->miniClaimed.assign(std::min(minis, view.miniFat.size()), 0);
-    return CheckTree(c, root.child);
+    view.isFlat = view.sectorShift == kSectorShift;
+    if (!CheckTree(c, root.child)) return 0;
+    view.isFlat &= !HasOthers(*c);
+    return 1;
 }
 
 static int IsBefore(const CompoundStream& a, const CompoundStream& b) {
@@ -351,12 +355,16 @@ static const uint8_t* NextPiece(Walk& walk) {
            (static_cast<size_t>(sector % perSector) << kMiniShift);
 }
 
-std::vector<uint8_t> ReadCompoundStream(const CompoundView& view, const CompoundStream& stream) {
-    std::vector<uint8_t> out(stream.size);
+void CopyCompoundStream(const CompoundView& view, const CompoundStream& stream, uint8_t* to) {
     Walk walk = BeginWalk(view, stream);
     const size_t piece = PieceSize(walk);
-    for (size_t done = 0; done < out.size(); done += piece)
-        std::memcpy(out.data() + done, NextPiece(walk), std::min(piece, out.size() - done));
+    for (size_t done = 0; done < stream.size; done += piece)
+        std::memcpy(to + done, NextPiece(walk), std::min<size_t>(piece, stream.size - done));
+}
+
+std::vector<uint8_t> ReadCompoundStream(const CompoundView& view, const CompoundStream& stream) {
+    std::vector<uint8_t> out(stream.size);
+    CopyCompoundStream(view, stream, out.data());
     return out;
 }
 

@@ -22,6 +22,12 @@ struct CompoundStream {
     uint32_t size = 0; // bytes
 };
 
+// What a directory entry tells of a storage besides its name; it stands so in the file.
+struct CompoundStamps {
+    uint8_t classId[16] = {};
+    uint8_t stateAndTimes[20] = {};
+};
+
 // What a check learned. Points into the checked bytes, which must outlive it unchanged.
 struct CompoundView {
     std::span<const uint8_t> bytes;
@@ -30,7 +36,10 @@ struct CompoundView {
     std::vector<uint32_t> miniFat;
     std::vector<uint32_t> miniSectors;   // where the small streams' 64-byte sectors are kept
     std::vector<CompoundStream> streams; // of the root, not of storages below it; by name
-    uint8_t classId[16] = {};            // of the root, as it stands in the file
+    CompoundStamps root;
+    // 1 when the root, its stamps and these streams are all there is, in the form that
+    // BuildCompound writes: version 3, plain names, no storages, no stamps of streams.
+    int isFlat = 0;
 };
 
 // Every chain is walked at most once, so the time is linear in the size of the file.
@@ -39,11 +48,17 @@ CompoundState CheckCompound(std::span<const uint8_t> bytes, CompoundView* view);
 // The stream of that name (ASCII, case ignored), or null.
 const CompoundStream* FindCompoundStream(const CompoundView& view, std::string_view name);
 
+// The order of siblings in the directory: the shorter first, then by upper-case characters; <0, 0,
+// >0. For plain names (ASCII) only: the upper case of others is a matter of tables.
+int CompareCompoundNames(std::u16string_view a, std::u16string_view b);
+int IsPlainName(std::u16string_view name);
+
 int IsSameName(const CompoundStream& a, const CompoundStream& b);
 
 // 1 when both hold the same bytes; the views may be of different files.
 int IsSameStream(const CompoundView& viewA, const CompoundStream& a, const CompoundView& viewB,
                  const CompoundStream& b);
 
-// The whole stream.
+// The whole stream; `to` has room for it.
+void CopyCompoundStream(const CompoundView& view, const CompoundStream& stream, uint8_t* to);
 std::vector<uint8_t> ReadCompoundStream(const CompoundView& view, const CompoundStream& stream);

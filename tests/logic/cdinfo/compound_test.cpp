@@ -108,3 +108,27 @@ TEST(Compound, EverySpoiltFieldIsSeen) {
         EXPECT_EQ(c.state, Check(file)) << c.what;
     }
 }
+
+// What a file laid out anew would lose makes it one that is not.
+TEST(Compound, OnlyBareStreamsAreFlat) {
+    const struct {
+        size_t at;
+        uint32_t value;
+        size_t width;
+        int isFlat;
+    } cases[] = {
+        {EntryAt(0) + 100, 1, 4, 1},  // a time of the root is carried over
+        {EntryAt(2) + 80, 1, 4, 0},   // a class,
+        {EntryAt(2) + 112, 1, 4, 0},  // a time of a stream
+        {EntryAt(3) + 2, 0xE9, 2, 0}, // a name whose order is not known
+        {EntryAt(3) + 66, 1, 1, 0},   // a storage
+        {EntryAt(6) + 66, 2, 1, 0},   // an entry that nobody points at
+    };
+    for (const auto& c : cases) {
+        Bytes file = MakeFile();
+        Put(file, c.at, c.value, c.width);
+        CompoundView view;
+        ASSERT_EQ(kCompoundGood, CheckCompound(file, &view)) << c.at;
+        EXPECT_EQ(c.isFlat, view.isFlat) << c.at;
+    }
+}

@@ -4,7 +4,9 @@
 #include <gtest/gtest.h>
 
 #include "cdinfo/compound_win.h"
+#include "cdinfo/compound_write.h"
 #include "core/commands.h"
+#include "tests/support/big_archive.h"
 
 struct StoreTest : testing::Test {
     std::wstring path = Scratch(L"store.cdp");
@@ -131,7 +133,7 @@ TEST_F(StoreTest, LookUpNeverOverwritesWhatItCannotRead) {
 TEST_F(StoreTest, ChangesAreToldAndIdenticalOnesNotWritten) {
     const HWND listener =
         CreateWindowExA(0, "STATIC", "", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, nullptr, nullptr);
-    SetStoreListener(listener);
+    ASSERT_TRUE(AddStoreListener(listener, 0));
     const auto heard = [&](uint32_t entry) {
         MSG message;
         return PeekMessageA(&message, listener, WM_COMMAND, WM_COMMAND, PM_REMOVE) &&
@@ -145,7 +147,7 @@ TEST_F(StoreTest, ChangesAreToldAndIdenticalOnesNotWritten) {
     EXPECT_EQ(0, Add(path, 5, "Else")); // write-protected
     EXPECT_EQ("Same", TitleOf(path, 5));
     ExpectTidy(path);
-    SetStoreListener(nullptr);
+    RemoveStoreListener(listener);
     DestroyWindow(listener);
 }
 
@@ -171,4 +173,110 @@ TEST_F(StoreTest, OneChangeAtATime) {
     CloseHandle(thread);
     EXPECT_TRUE(Add(path, 7, "Seven"));
     ExpectTidy(path);
+}
+
+// ---- many changes at once, for which the file is laid out anew
+
+static std::vector<CompoundPart> PartsOf(const CompoundView& view) {
+    std::vector<CompoundPart> parts;
+    for (const CompoundStream& stream : view.streams)
+        parts.push_back(CarryPart(view, stream));
+    return parts;
+}
+
+static int IsLaidOutAnew(const Bytes& file) {
+    CompoundView view;
+    Bytes image;
+    return CheckCompound(file, &view) == kCompoundGood &&
+           BuildCompound(view.root, PartsOf(view), &image) && image == file;
+}
+
+// Streams of every kind that others may have put into the file, which no batch touches.
+constexpr size_t kOtherSizes[] = {0, 63, 64, 4095, 4096, 39671};
+
+static Bytes ArchiveWithOthers(uint32_t discs) {
+    const Bytes base = BigArchive(discs);
+    CompoundView view;
+    CheckCompound(base, &view);
+    auto parts = PartsOf(view);
+    const Bytes content(kOtherSizes[5], 'x');
+    for (const size_t size : kOtherSizes)
+        parts.push_back(MakePart("o" + std::to_string(size), std::span(content).first(size)));
+    Bytes image;
+    BuildCompound(view.root, std::move(parts), &image);
+    return image;
+}
+
+// Adds a hundred discs and takes ten of them out again in the next batch, with others.
+static World ChangeMany(const std::wstring& path, World world, uint32_t first) {
+    StoreBatch* batch = BeginStoreBatch(path.c_str());
+    for (uint32_t n = 0; n < 100; ++n)
+        EXPECT_TRUE(BatchAdd(batch, *MakeTypedRecord(first + n, n)));
+    EXPECT_TRUE(CommitStoreBatch(batch));
+    batch = BeginStoreBatch(path.c_str());
+    for (uint32_t n = 0; n < 90; ++n)
+        BatchDelete(batch, first + n);
+    EXPECT_TRUE(CommitStoreBatch(batch));
+    const World now = ReadWorld(path);
+    EXPECT_EQ(world.entries.size() + 10, now.entries.size());
+    EXPECT_EQ(world.pairs + 10, now.pairs);
+    for (const auto& [entry, bytes] : world.entries) {
+        const auto at = now.entries.find(entry);
+        EXPECT_TRUE(at != now.entries.end() && at->second == bytes) << entry;
+    }
+    EXPECT_STREQ(MakeTypedRecord(first + 90, 90)->title, TitleOf(path, first + 90).c_str());
+    return now;
+}
+
+TEST_F(StoreTest, ManyChangesAndFewTakeTurns) {
+    for (const uint32_t discs : {0, 1, 70, 5000}) {
+        SCOPED_TRACE(discs);
+        Spill(path, ArchiveWithOthers(discs));
+        World world = ReadWorld(path);
+        EXPECT_EQ(discs, world.entries.size());
+        EXPECT_TRUE(PlatformOpens(path, world));
+        for (uint32_t round = 0; round < 2; ++round) {
+            ASSERT_TRUE(Add(path, 0x70 + round, "By the platform", 90));
+            EXPECT_FALSE(IsLaidOutAnew(Slurp(path)));
+            EXPECT_TRUE(PlatformOpens(path, ReadWorld(path)));
+            ASSERT_EQ(1, DeleteEntry(path.c_str(), 0x70 + round));
+            world = ChangeMany(path, world, 0x1000 * (round + 1));
+            EXPECT_TRUE(IsLaidOutAnew(Slurp(path)));
+            EXPECT_TRUE(PlatformOpens(path, world));
+        }
+        const Bytes file = Slurp(path);
+        CompoundView view;
+        ASSERT_EQ(kCompoundGood, CheckCompound(file, &view));
+        for (const size_t size : kOtherSizes) {
+            const auto* other = FindCompoundStream(view, "O" + std::to_string(size));
+            EXPECT_TRUE(other && ReadCompoundStream(view, *other) == Bytes(size, 'x')) << size;
+        }
+    }
+}
+
+// A storage of somebody else's, and what is in it, outlives any change.
+TEST_F(StoreTest, MoreThanStreamsIsKept) {
+    CompoundFile file;
+    ASSERT_TRUE(OpenCompound(BigArchive(70), &file));
+    IStorage* inner = nullptr;
+    ASSERT_EQ(S_OK, file.root->CreateStorage(L"Theirs", STGM_READWRITE | STGM_SHARE_EXCLUSIVE, 0, 0,
+                                             &inner));
+    ASSERT_TRUE(WriteStream({nullptr, inner}, L"Inner", Bytes(5000, 'i')));
+    inner->Release();
+    Bytes image;
+    CloseCompound(&file, &image);
+    Spill(path, image);
+    ChangeMany(path, ReadWorld(path), 0x1000);
+    ASSERT_TRUE(OpenCompound(Slurp(path), &file));
+    IStream* stream = nullptr;
+    ASSERT_EQ(S_OK, file.root->OpenStorage(L"Theirs", nullptr, STGM_READ | STGM_SHARE_EXCLUSIVE,
+                                           nullptr, 0, &inner));
+    ASSERT_EQ(S_OK,
+              inner->OpenStream(L"Inner", nullptr, STGM_READ | STGM_SHARE_EXCLUSIVE, 0, &stream));
+    Bytes read(5000);
+    EXPECT_EQ(S_OK, stream->Read(read.data(), 5000, nullptr));
+    EXPECT_EQ(Bytes(5000, 'i'), read);
+    stream->Release();
+    inner->Release();
+    CloseCompound(&file, nullptr);
 }
