@@ -14,10 +14,12 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
 #include <functional>
 #include <map>
 
-constexpr uint32_t kMaxIniDiscs = 500; // the system writes the whole file anew for each value
+constexpr uint32_t kMaxIniDiscs = 500;     // the system writes the whole file anew for each value
+constexpr uint32_t kMaxFolderDiscs = 5000; // so many files in one folder are enough
 static const char* const kKeys[] = {"CD", "artist", "time", "comment", "track", "track #"};
 
 static struct {
@@ -131,6 +133,40 @@ static double Export(ExchangeForm form, const std::string& path, uint32_t discs)
     return 1000.0 * discs / time;
 }
 
+static double Import(ExchangeForm form, const std::string& path, uint32_t discs) {
+    size_t taken = 0;
+    const double time = Time([&] {
+        ImportDiscs(nullptr, form, path.c_str(), {nullptr, nullptr}, &taken);
+    });
+    if (taken != discs)
+        std::printf("%u of %u discs imported\n", static_cast<unsigned>(taken), discs);
+    return 1000.0 * discs / time;
+}
+
+// A file for each disc. Beside it what the folder alone takes: the same names, empty files.
+static void MeasureFolder(ExchangeForm form, const std::string& name, uint32_t discs,
+                          const std::wstring& database) {
+    char temporary[MAX_PATH];
+    GetTempPathA(MAX_PATH, temporary);
+    const std::string folder = std::string(temporary) + "bench-folder";
+    std::filesystem::remove_all(folder);
+    Note("export to " + name + " (5000), discs/s", Export(form, folder, discs));
+    DeleteFileW(database.c_str());
+    Note("import from " + name + " (5000), discs/s", Import(form, folder, discs));
+    std::vector<std::filesystem::path> files;
+    for (const auto& file : std::filesystem::directory_iterator(folder))
+        files.push_back(file.path());
+    std::filesystem::remove_all(folder);
+    std::filesystem::create_directory(folder);
+    const double bare = Time([&] {
+        for (const auto& file : files)
+            CloseHandle(
+                CreateFileW(file.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, 0, nullptr));
+    });
+    Note("empty files named as " + name + ", files/s", 1000.0 * discs / bare);
+    std::filesystem::remove_all(folder);
+}
+
 static void MeasureExchange(uint32_t discs, const std::wstring& database,
                             const std::vector<uint8_t>& image) {
     char temporary[MAX_PATH];
@@ -144,20 +180,14 @@ static void MeasureExchange(uint32_t discs, const std::wstring& database,
     Note("export to a new CDP file, discs/s", Export(kCdpForm, cdp, discs));
     const uint32_t few = std::min(discs, kMaxIniDiscs);
     Note("export to CDPlayer.ini (500), discs/s", Export(kIniForm, ini, few));
-    size_t taken = 0;
-    const double again = Time([&] {
-        ImportDiscs(nullptr, kIniForm, ini.c_str(), {nullptr, nullptr}, &taken);
-    });
-    Note("import from CDPlayer.ini (500), discs/s", 1000.0 * static_cast<double>(taken) / again);
+    Note("import from CDPlayer.ini (500), discs/s", Import(kIniForm, ini, few));
     DeleteFileW(database.c_str());
     const std::wstring wide(cdp.begin(), cdp.end());
     SystemFiles().write(wide.c_str(), image);
-    const double import = Time([&] {
-        ImportDiscs(nullptr, kCdpForm, cdp.c_str(), {nullptr, nullptr}, &taken);
-    });
-    if (taken != discs)
-        std::printf("%u of %u discs imported\n", static_cast<unsigned>(taken), discs);
-    Note("import of a CDP file, discs/s", 1000.0 * discs / import);
+    Note("import of a CDP file, discs/s", Import(kCdpForm, cdp, discs));
+    const uint32_t some = std::min(discs, kMaxFolderDiscs);
+    MeasureFolder(kCddbForm, "CDDB files", some, database);
+    MeasureFolder(kCueForm, "CUE sheets", some, database);
     for (const std::string& path : {cdp, text, csv, ini})
         DeleteFileA(path.c_str());
     DeleteFileW(database.c_str());
