@@ -58,6 +58,9 @@ RESOURCES = [
     ("#define IDS_L 10 // + n\n#define IDS_B 20\n", 'IDS_B "b"', "IDS_L", "IDS_L (10) has no"),
     ("#define IDS_L 10 // + n\n#define IDS_B 20\n", 'IDS_L + 3 "a"', "IDS_L", None),
     ("#define IDS_A 1\n", 'IDS_A "a"\n 1 "again"', "", "is also in"),
+    ("#define IDS_A 1\n#define IDS_B 3\n", 'IDS_A + 2 "a"\n IDS_B "b"', "", "is also in"),
+    ("#define IDC_A 1 // + place, to 4\n#define IDC_B 4\n", "", "", "IDC_B stands in the run"),
+    ("#define IDC_A 1 // + place, to 4\n#define IDC_B 5\n#define IDS_B 2\n", "", "", None),
     ("#define IDS_A 1\n", 'IDS_Z "z"', "", "IDS_Z is not in"),
     ("#define IDS_A 1\n", 'IDS_A "a"', "IDS_Z", "IDS_Z is not in"),
 ]

@@ -2,7 +2,8 @@
 
 A define whose comment begins with "+" or "base" ("// + window id", "// base: 320-399") is the
 first of a run of texts: the sources add to it. It needs at least one text in its run, which ends
-where the next string id begins.
+where the next string id begins. Where the comment names the run's last number ("// + place, to
+847", "// base: 320-399"), no other id of its kind may have a number in between.
 """
 import re
 
@@ -60,8 +61,18 @@ def check(files):
     return complaints + check_texts(files, defines, texts)
 
 
+def last_of_run(comment):
+    found = re.search(r"\bto (\d+)$|: \d+-(\d+)", comment or "") if is_base(comment) else None
+    return int(found.group(1) or found.group(2)) if found else 0
+
+
 def check_unique(defines):
     complaints, seen = [], {}
+    for name, number, comment, _ in defines:
+        kind, last = name.split("_", 1)[0], last_of_run(comment)
+        complaints += [f"{place}: {other} stands in the run of {name}, to {last}"
+                       for other, inside, _, place in defines
+                       if number < inside <= last and other.split("_", 1)[0] == kind]
     for name, number, _, place in defines:
         kind = name.split("_", 1)[0]
         if (kind, number) in seen:
