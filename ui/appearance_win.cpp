@@ -73,6 +73,7 @@ static const InForce& Mine() {
     if (s_mine.generation == s_looks.generation) return s_mine.seen;
     const ScopedLock lock(s_looks.lock);
     if (!lock.held) return s_mine.seen; // what was in force before will do for this paint
+    FreeReducedPictures();
     for (int kind = 0; kind < kBitmapKinds; ++kind) {
         ReplacePicture(&s_mine.seen, kind, s_looks.now.pictures[kind]);
         s_mine.seen.settings[kind] = s_looks.now.settings[kind];
@@ -82,6 +83,7 @@ static const InForce& Mine() {
 }
 
 static void LetGo() {
+    FreeReducedPictures();
     const ScopedLock lock(s_looks.lock);
     if (!lock.held) return;
     for (int kind = 0; kind < kBitmapKinds; ++kind)

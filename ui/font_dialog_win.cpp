@@ -10,6 +10,7 @@
 #include "ui/dialog_win.h"
 #include "ui/look_win.h"
 
+#include <cstring>
 #include <map>
 #include <windowsx.h>
 
@@ -27,11 +28,13 @@ struct FontDialog {
 // ---- the list
 
 // Vertical faces ("@") turn letters on their side. A family may be told once for each script; case
-// does not tell families apart.
+// does not tell families apart. A name with letters of a code page that is not this system's comes
+// with question marks, and nothing would be found by it.
 static int CALLBACK AddFamily(const LOGFONTA* font, const TEXTMETRICA*, DWORD, LPARAM list) {
     const HWND box = reinterpret_cast<HWND>(list);
     const char* name = font->lfFaceName;
-    if (name[0] && name[0] != '@' && ListBox_FindStringExact(box, -1, name) == LB_ERR)
+    if (name[0] && name[0] != '@' && !strchr(name, '?') &&
+        ListBox_FindStringExact(box, -1, name) == LB_ERR)
         ListBox_SetItemData(box, ListBox_AddString(box, name), font->lfCharSet);
     return 1;
 }

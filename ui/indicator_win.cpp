@@ -64,15 +64,26 @@ static void OnDoubleClick(HWND indicator) {
                  reinterpret_cast<LPARAM>(indicator));
 }
 
-static void DrawLabel(HWND indicator, const IndicatorData& data, HDC dc, RECT client) {
+// With a rim of another colour (CLR_NONE: none) the label can be read on any picture.
+static void DrawLabel(HWND indicator, const IndicatorData& data, HDC dc, RECT client,
+                      COLORREF rim) {
     char text[kStringMax];
     const int length = GetWindowTextA(indicator, text, sizeof text);
     if (!length) return;
     HGDIOBJ oldFont = SelectObject(dc, data.Font);
     SetBkMode(dc, TRANSPARENT);
+    constexpr UINT kFormat = DT_CENTER | DT_VCENTER | DT_SINGLELINE | DT_NOPREFIX | DT_END_ELLIPSIS;
+    if (rim != CLR_NONE) {
+        SetTextColor(dc, rim);
+        constexpr POINT kSides[] = {{-1, 0}, {1, 0}, {0, -1}, {0, 1}};
+        for (const POINT& by : kSides) {
+            RECT beside = client;
+            OffsetRect(&beside, by.x, by.y);
+            DrawTextA(dc, text, length, &beside, kFormat);
+        }
+    }
     SetTextColor(dc, data.Color);
-    DrawTextA(dc, text, length, &client,
-              DT_CENTER | DT_VCENTER | DT_SINGLELINE | DT_NOPREFIX | DT_END_ELLIPSIS);
+    DrawTextA(dc, text, length, &client, kFormat);
     SelectObject(dc, oldFont);
 }
 
@@ -86,14 +97,15 @@ static void OnPaint(HWND indicator) {
     const IndicatorData& data = *Data(indicator);
     MemoryPaint paint;
     BeginMemoryPaint(indicator, &paint);
-    if (data.back != CLR_NONE || !DrawBackgroundBeneath(paint.dc, indicator))
-        FillArea(paint.dc, paint.client, BackgroundOf(data));
+    const int onPicture = data.back == CLR_NONE && DrawBackgroundBeneath(paint.dc, indicator);
+    if (!onPicture) FillArea(paint.dc, paint.client, BackgroundOf(data));
     if (data.progress.on) {
         RECT done = paint.client;
         done.right = ProgressWidth(data.progress, paint.client.right);
         FillArea(paint.dc, done, data.Color);
     } else {
-        DrawLabel(indicator, data, paint.dc, paint.client);
+        DrawLabel(indicator, data, paint.dc, paint.client,
+                  onPicture ? BackgroundOf(data) : CLR_NONE);
     }
     EndMemoryPaint(&paint);
 }

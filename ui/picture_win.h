@@ -21,6 +21,9 @@ Picture* LoadPictureFile(const char* path);
 Picture* LoadPictureResource(UINT id);
 void FreePicture(Picture* picture);
 
+// A larger picture is reduced once for each size; this thread keeps the copies that it used last.
 void StretchPicture(HDC dc, const Picture& picture, const RECT& area);
+// To be called before a picture that this thread has stretched may go.
+void FreeReducedPictures();
 // One tile at its place; what lies outside the dc's clipping costs little.
 void DrawPictureTile(HDC dc, const Picture& picture, int x, int y);

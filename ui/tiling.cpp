@@ -1,6 +1,8 @@
 // Where tiles begin. See tiling.h.
 #include "ui/tiling.h"
 
+#include <algorithm>
+
 // Left of the reference the remainder has to go on as on its right, or a seam would show there.
 static int Offset(int from, int reference, int extent) {
     const int64_t rest = (int64_t{from} - reference) % extent;
@@ -16,6 +18,12 @@ TilePoint TileStart(uint32_t align, const TileCorners& corners, int width, int h
             -Offset(corners.window.y, reference.y, height)};
 }
 
-int TileRepeat(int extent, int wanted) {
-    return extent >= wanted ? 1 : (wanted + extent - 1) / extent;
+int TileRepeat(int extent, int wanted, int most) {
+    const int64_t enough = (int64_t{wanted} + extent - 1) / extent;
+    return static_cast<int>(std::clamp<int64_t>(enough, 1, std::max(most, 1)));
+}
+
+void SpreadPixels(int extent, int count, int* pixels) {
+    for (int i = 0; i < count; ++i)
+        pixels[i] = static_cast<int>((2 * int64_t{i} + 1) * extent / (2 * int64_t{count}));
 }

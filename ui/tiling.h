@@ -20,7 +20,11 @@ struct TileCorners {
 TilePoint TileStart(uint32_t align, const TileCorners& corners, int width, int height);
 
 // How many whole bitmaps make a tile of at least `wanted` pixels: tiny ones would need thousands.
-int TileRepeat(int extent, int wanted);
+// Never more than `most`, but one in any case.
+int TileRepeat(int extent, int wanted, int most);
+
+// The pixel that each of `count` places shows of `extent` ones when they are spread over them.
+void SpreadPixels(int extent, int count, int* pixels);
 
 // Calls draw(x, y) column by column for every tile that shows in [left, right) x [top, bottom).
 template <typename Draw>
