@@ -3,6 +3,7 @@
 #include "archive/manager_state_win.h"
 #include "archive/print_win.h"
 #include "archive/store_queue_win.h"
+#include "cdinfo/editor.h"
 #include "cdinfo/editor_win.h"
 #include "core/strings_win.h"
 #include "core/text.h"
@@ -45,6 +46,7 @@ static void Queue(ManagerWindow* manager, HWND window, StoreChange&& change,
 static void QueueRecord(ManagerWindow* manager, HWND window, const CDInfoRecord& before,
                         const CDInfoRecord& after) {
     StoreChange change;
+    change.before = std::make_unique<CDInfoRecord>(before);
     change.put = std::make_unique<CDInfoRecord>(after);
     Queue(manager, window, std::move(change), std::make_unique<CDInfoRecord>(before));
 }
@@ -60,8 +62,13 @@ void StoreEdited(ManagerWindow* manager, const CDInfoRecord& before, const CDInf
         MessageBeep(MB_ICONWARNING);
         return;
     }
-    ShowRecord(manager, after);
-    QueueRecord(manager, manager->window, before, after);
+    // The disc may have been edited elsewhere meanwhile.
+    const auto now = std::make_unique<CDInfoRecord>(before);
+    if (!CatalogRecord(manager->catalog, before.identity, now.get())) *now = before;
+    const auto merged = std::make_unique<CDInfoRecord>(*now);
+    MergeEdit(before, after, merged.get());
+    ShowRecord(manager, *merged);
+    QueueRecord(manager, manager->window, *now, *merged);
 }
 
 // The disc has been edited once more since: what becomes of that edit is shown then.

@@ -149,7 +149,7 @@ static int OnCreateControls(HWND window) {
     EnableManagerButtons(s_manager);
     ShowManagerCaptions(&s_manager);
     ShowManagerSummary(&s_manager);
-    SetStoreListener(window);
+    AddStoreListener(window, 0); // of its own batches it knows
     ReadDatabase(&s_manager);
     return 1;
 }
@@ -161,7 +161,7 @@ static void OnLayout(HWND, int width, int height) {
 // What is being typed is kept; what is on its way into the database goes on without the window.
 static void OnDestroy(HWND window) {
     ManagerWindow* manager = &s_manager;
-    SetStoreListener(nullptr);
+    RemoveStoreListener(window);
     RemoveClipboardFormatListener(window);
     if (manager->catalog) {
         CloseManagerCell(manager, 1);
@@ -187,7 +187,7 @@ static void OnSave() {
 }
 
 static void Forget() {
-    SetStoreListener(nullptr);
+    RemoveStoreListener(s_manager.window);
     AbandonChanges(s_manager.window);
     s_manager = {};
 }

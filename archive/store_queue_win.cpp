@@ -40,7 +40,12 @@ static int PutInPlace(QueuedChange* queued) {
     StoreBatch* batch = BeginStoreBatch(nullptr);
     if (!batch) return 0;
     int packed = 1;
-    if (change.put) packed = BatchAdd(batch, *change.put);
+    std::unique_ptr<CDInfoRecord> merged;
+    if (change.put) {
+        merged = std::make_unique<CDInfoRecord>();
+        BatchMerge(batch, *change.before, *change.put, merged.get());
+        packed = BatchAdd(batch, *merged);
+    }
     DWORD told = GetTickCount();
     for (size_t i = 0; i < change.deletes.size(); ++i) {
         BatchDelete(batch, change.deletes[i]);
@@ -52,9 +57,13 @@ static int PutInPlace(QueuedChange* queued) {
             PostMessageA(queued->window, WM_COMMAND, queued->notice,
                          static_cast<LPARAM>(change.id));
     }
-    if (packed) return CommitStoreBatch(batch);
-    CancelStoreBatch(batch);
-    return 0;
+    if (!packed) {
+        CancelStoreBatch(batch);
+        return 0;
+    }
+    const int good = CommitStoreBatch(batch);
+    if (good && merged) change.put = std::move(merged);
+    return good;
 }
 
 static void StoreGuarded(void* argument) {

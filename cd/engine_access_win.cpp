@@ -236,7 +236,10 @@ uint32_t SetCdPlayFlags(uint32_t flags) {
 }
 
 int SetCdRecord(const CDInfoRecord& record) {
-    const int kept = KeepRecord(record); // first: from here on no look-up can win over it
+    CDInfoRecord before;
+    // Without tracks: what can't be told from the edit gives way to it.
+    if (!GetCdRecord(&before) || before.identity != record.identity) before = CDInfoRecord();
+    const int kept = KeepRecord(before, record); // first: from here on no look-up can win over it
     const int running = WithCd([&](CDEngineState& state, CDEngineSettings&) {
         ++TheCd.recordSerial;
         if (state.record.identity != record.identity) return; // the disc was changed meanwhile

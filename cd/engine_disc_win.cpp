@@ -4,8 +4,10 @@
 #include "cd/toc.h"
 
 #include <algorithm>
+#include <cstring>
 
 constexpr uint32_t kTocRetries = 5;
+constexpr uint32_t kEntryReads = 6; // attempts at a database that is in use
 
 int OpenCdDevice(char letter, uint32_t* device) {
     if (!OpenDisc(letter, device)) return 0;
@@ -141,23 +143,58 @@ void ReadToc(int reopen) {
     NotifyCdWindows();
 }
 
+// 0 when an edit has come since the serial was taken, or another disc: newer than the record.
+static int ShowRecord(const CDInfoRecord& record, uint32_t serial) {
+    int shown = 0;
+    const RandomSource random = CdRandom();
+    WithCd([&](CDEngineState& state, CDEngineSettings& settings) {
+        if (serial != TheCd.recordSerial || state.record.identity != record.identity) return;
+        state.record = record;
+        if (!state.playing) BuildPlayList(&state, settings, random);
+        shown = 1;
+    });
+    return shown;
+}
+
+static int CopyRecord(CDInfoRecord* record, uint32_t* serial) {
+    return WithCd([&](CDEngineState& state, CDEngineSettings&) {
+        *record = state.record;
+        *serial = TheCd.recordSerial;
+    });
+}
+
 // The database was in use when the disc was read.
 void LookUpAgain() {
     CDInfoRecord record;
     uint32_t serial = 0;
-    if (!WithCd([&](CDEngineState& state, CDEngineSettings&) {
-            record = state.record;
-            serial = TheCd.recordSerial;
-        }))
-        return;
-    if (!FillFromDatabase(&record)) return;
+    if (!CopyRecord(&record, &serial) || !FillFromDatabase(&record)) return;
     TheCd.lookUpAgain = 0;
-    const RandomSource random = CdRandom();
-    WithCd([&](CDEngineState& state, CDEngineSettings& settings) {
-        // An edit that came meanwhile is newer than what the database said.
-        if (serial != TheCd.recordSerial || state.record.identity != record.identity) return;
-        state.record = record;
-        if (!state.playing) BuildPlayList(&state, settings, random);
-    });
+    ShowRecord(record, serial);
     NotifyCdWindows();
+}
+
+// ---- somebody else's change of the database
+
+// Notices come in bursts, our own stores' among them: one reading is enough for all.
+void OnDatabaseChanged(uint32_t entry) {
+    if ((entry && entry != CdIdentity()) || TheCd.readEntryPosted) return;
+    TheCd.readEntryPosted = PostMessageA(CdThread.Window, kCdReadEntry, 0, 0) != 0;
+    TheCd.entryReads = kEntryReads;
+}
+
+// What is in the database counts, or the next edit in a window of ours would put the old texts over
+// it. A disc that is not there any more keeps its texts here: they are stored when edited.
+void ReadEntryAnew() {
+    CDInfoRecord record, before;
+    uint32_t serial = 0;
+    if (!CopyRecord(&before, &serial)) return;
+    record = before;
+    if (!record.identity || IsNothingToStore(record)) TheCd.entryReads = 0; // no audio disc
+    if (!TheCd.entryReads) return;
+    --TheCd.entryReads;
+    if (!ReadStoredEntry(&record)) return;
+    TheCd.entryReads = 0;
+    record.device = before.device;
+    if (!std::memcmp(&record, &before, sizeof record)) return;
+    if (ShowRecord(record, serial)) NotifyCdWindows();
 }

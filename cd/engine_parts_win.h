@@ -13,6 +13,7 @@ constexpr uint32_t kMaxCdWindows = 5;
 constexpr UINT_PTR kCdPollTimer = 700;
 constexpr UINT kCdDeviceChanged = WM_APP + 1; // posted by the engine to itself
 constexpr UINT kCdPutImage = WM_APP + 2;      // the path stands in `image`
+constexpr UINT kCdReadEntry = WM_APP + 4;     // posted by the engine to itself
 constexpr UINT kCdGoOn = WM_APP + 3; // lParam as for kCdPlay; void unless `goesOn` still stands
 
 struct CdEngine {
@@ -35,6 +36,8 @@ struct CdEngine {
     int timesWrong;       // times could not be set back to tracks
     int goesOn;           // kCdGoOn is posted; any other play or stop takes it back
     int changePosted;     // kCdDeviceChanged is posted
+    int readEntryPosted;  // kCdReadEntry is posted
+    uint32_t entryReads;  // attempts left to read the disc's entry, which somebody has changed
     int lookUpAgain;      // the database was in use: the disc's texts are still to be read
     uint32_t retryPause;  // polls between the last two attempts at the database, 0: none failed
     uint32_t retryWait;   // polls to go to the next one
@@ -66,17 +69,24 @@ int UseLostDevice(); // 1 when a device is open, after another attempt if it was
 // first: some drivers go on telling the table of contents of the disc that was in at the opening.
 void ReadToc(int reopen);
 void LookUpAgain();
+// Somebody stored that entry (0: many), by the notice of the database.
+void OnDatabaseChanged(uint32_t entry);
+void ReadEntryAnew();
 // Takes over a device that plays already.
 void JoinPlay();
 
 // ---- engine_records_win.cpp: records on their way into the database
-int KeepRecord(const CDInfoRecord& record);
+// An edit of `before`, until it is stored.
+int KeepRecord(const CDInfoRecord& before, const CDInfoRecord& record);
 int PendingRecords();
 // Tries to store what is kept; waits that long for another thread that does the same.
 void StorePendingRecords(DWORD waitMs);
 // Texts for the disc of the record, of which identity and timing stand. 1 when they are what the
 // database or somebody's edit says, 0 when the database could not be read.
 int FillFromDatabase(CDInfoRecord* record);
+// The disc's entry as it stands in the database; nothing is stored. 0 while there is none that can
+// be read, and where somebody's edit of the disc is still on its way into it.
+int ReadStoredEntry(CDInfoRecord* record);
 
 // ---- engine_commands_win.cpp: the engine's thread
 RandomSource CdRandom();

@@ -17,8 +17,12 @@ constexpr DWORD kFlushMs = 2000; // at the program's end
 constexpr DWORD kFlushPauseMs = 100;
 
 namespace {
+struct Edit {
+    CDInfoRecord before, after;
+};
+
 struct PendingRecord {
-    CDInfoRecord* record; // null: free
+    Edit* edit; // null: free
     uint32_t serial;
 };
 } // namespace
@@ -28,30 +32,33 @@ static struct {
     HANDLE storeLock = CreateMutexA(nullptr, FALSE, nullptr);
     PendingRecord slots[kMaxPending] = {};
     uint32_t serial = 0;
-    CDInfoRecord copy; // under storeLock: what is being stored
+    Edit copy; // under storeLock: what is being stored
 } s_pending;
 
 static PendingRecord* FindSlotLocked(uint32_t identity) {
     for (PendingRecord& slot : s_pending.slots)
-        if (slot.record && slot.record->identity == identity) return &slot;
+        if (slot.edit && slot.edit->after.identity == identity) return &slot;
     return nullptr;
 }
 
 static PendingRecord* FreeSlotLocked() {
     for (PendingRecord& slot : s_pending.slots)
-        if (!slot.record) return &slot;
+        if (!slot.edit) return &slot;
     return nullptr;
 }
 
-int KeepRecord(const CDInfoRecord& record) {
+int KeepRecord(const CDInfoRecord& before, const CDInfoRecord& record) {
     const ScopedLock lock(s_pending.slotsLock);
     if (!lock.held) return 0;
     PendingRecord* slot = FindSlotLocked(record.identity);
     if (!slot) slot = FreeSlotLocked();
     if (!slot) return 0;
-    if (!slot->record) slot->record = new (std::nothrow) CDInfoRecord;
-    if (!slot->record) return 0;
-    *slot->record = record;
+    if (!slot->edit) {
+        slot->edit = new (std::nothrow) Edit;
+        if (!slot->edit) return 0;
+        slot->edit->before = before; // a later edit is one more on the same
+    }
+    slot->edit->after = record;
     slot->serial = ++s_pending.serial;
     return 1;
 }
@@ -60,7 +67,7 @@ int PendingRecords() {
     int count = 0;
     const ScopedLock lock(s_pending.slotsLock);
     for (const PendingRecord& slot : s_pending.slots)
-        count += slot.record != nullptr;
+        count += slot.edit != nullptr;
     return count;
 }
 
@@ -70,15 +77,17 @@ static void StoreAllStoreLocked() {
         uint32_t serial = 0;
         {
             const ScopedLock lock(s_pending.slotsLock);
-            if (!lock.held || !slot.record) continue;
-            s_pending.copy = *slot.record;
+            if (!lock.held || !slot.edit) continue;
+            s_pending.copy = *slot.edit;
             serial = slot.serial;
         }
-        if (!AddOrReplace(nullptr, s_pending.copy, 0, nullptr)) continue;
+        if (!StoreEdit(s_pending.copy.before, s_pending.copy.after)) continue;
         const ScopedLock lock(s_pending.slotsLock);
-        if (!lock.held || !slot.record || slot.serial != serial) continue; // edited again meanwhile
-        delete slot.record;
-        slot.record = nullptr;
+        if (!lock.held || !slot.edit) continue;
+        slot.edit->before = s_pending.copy.after;
+        if (slot.serial != serial) continue; // edited again meanwhile
+        delete slot.edit;
+        slot.edit = nullptr;
     }
 }
 
@@ -91,7 +100,7 @@ static int TakePendingEdits(CDInfoRecord* record) {
     const ScopedLock lock(s_pending.slotsLock);
     if (!lock.held) return 0;
     const PendingRecord* slot = FindSlotLocked(record->identity);
-    if (slot) TakeEdits(record, *slot->record);
+    if (slot) TakeEdits(record, slot->edit->after);
     return slot != nullptr;
 }
 
@@ -117,6 +126,16 @@ int FillFromDatabase(CDInfoRecord* record) {
     if (edited) StoreAllStoreLocked();
     GiveProgram(record);
     return edited || state != kLookUpUnread;
+}
+
+int ReadStoredEntry(CDInfoRecord* record) {
+    const ScopedLock store(s_pending.storeLock, kLookUpWaitMs);
+    if (!store.held) return 0;
+    {
+        const ScopedLock lock(s_pending.slotsLock);
+        if (!lock.held || FindSlotLocked(record->identity)) return 0;
+    }
+    return ReadEntry(nullptr, record->identity, record);
 }
 
 int FlushCdRecords() {

@@ -3,6 +3,7 @@
 
 #include "cd/disc_device.h"
 #include "cd/drives.h"
+#include "cdinfo/store.h"
 #include "core/commands.h"
 #include "core/shared_block.h"
 
@@ -114,7 +115,7 @@ static void TakeAutoplay() {
 // attempt reads the whole file, and a folder without rights refuses for good.
 static void TryDatabaseAgain() {
     const int pending = PendingRecords();
-    if (!pending && !TheCd.lookUpAgain) {
+    if (!pending && !TheCd.lookUpAgain && !TheCd.entryReads) {
         TheCd.retryPause = TheCd.retryWait = 0;
         return;
     }
@@ -124,6 +125,7 @@ static void TryDatabaseAgain() {
     }
     if (pending) StorePendingRecords(0);
     if (TheCd.lookUpAgain) LookUpAgain();
+    if (TheCd.entryReads) ReadEntryAnew();
     TheCd.retryPause = std::clamp(TheCd.retryPause * 2, 1u, kMaxRetryPause);
     TheCd.retryWait = TheCd.retryPause - 1;
 }
@@ -171,7 +173,12 @@ static void OnDestroy() {
 
 static LRESULT WindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
     switch (message) {
-    case WM_COMMAND: OnCdCommand(LOWORD(wParam), lParam); return 0;
+    case WM_COMMAND:
+        if (LOWORD(wParam) == kDatabaseChanged)
+            OnDatabaseChanged(static_cast<uint32_t>(lParam));
+        else
+            OnCdCommand(LOWORD(wParam), lParam);
+        return 0;
     case WM_TIMER:
         if (wParam == kCdPollTimer) OnTimer();
         return 0;
@@ -183,6 +190,10 @@ static LRESULT WindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lPara
             TheCd.changePosted = PostMessageA(window, kCdDeviceChanged, 0, 0) != 0;
         return TRUE;
     case kCdDeviceChanged: OnDeviceChanged(); return 0;
+    case kCdReadEntry:
+        TheCd.readEntryPosted = 0;
+        ReadEntryAnew();
+        return 0;
     case kCdGoOn: OnGoOn(static_cast<uint32_t>(lParam)); return 0;
     case kCdPutImage: OnPutImage(); return 0;
     case WM_DESTROY: OnDestroy(); return 0;
@@ -206,7 +217,8 @@ static int TakeDevice(uint32_t device, const CDEngineSettings& settings) {
 static int OpenDrive(HWND window) {
     TheCd.pollMs = MeasurePollPeriod();
     TheCd.tocMode = TheCd.tocRetries = TheCd.failedModes = 0;
-    TheCd.goesOn = TheCd.changePosted = TheCd.lookUpAgain = 0;
+    TheCd.goesOn = TheCd.changePosted = TheCd.lookUpAgain = TheCd.readEntryPosted = 0;
+    TheCd.entryReads = 0;
     TheCd.retryPause = TheCd.retryWait = 0;
     TheCd.watch = PlayWatch{};
     CDEngineSettings settings;
@@ -230,6 +242,7 @@ static int OpenEngine(ComponentThread* thread) {
         return 0;
     }
     thread->Window = window;
+    AddStoreListener(window, 1);
     return 1;
 }
 
@@ -252,7 +265,8 @@ static void ForgetState() {
     std::fill(std::begin(TheCd.windows), std::end(TheCd.windows), nullptr);
 }
 
-static void CloseEngine(ComponentThread*) {
+static void CloseEngine(ComponentThread* thread) {
+    RemoveStoreListener(thread->Window);
     StorePendingRecords(kStoreAtStopMs);
     CloseDisc(TheCd.device, 0);
     ForgetState();

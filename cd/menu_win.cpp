@@ -2,6 +2,7 @@
 #include "cd/menu_win.h"
 
 #include "cd/player_text.h"
+#include "cdinfo/editor.h"
 #include "cdinfo/editor_win.h"
 #include "core/text.h"
 #include "resources/ids.h"
@@ -30,7 +31,15 @@ void AppendCdTracks(HMENU menu, UINT firstId, const CDInfoRecord& record, int ch
 
 // The editor's record is its own: window and engine may be gone when it returns.
 void EditDiscInformation(HWND window) {
-    CDInfoRecord record;
-    if (!GetCdRecord(&record)) return;
-    if (EditCdInformation(window, &record)) SetCdRecord(record);
+    CDInfoRecord before, record;
+    if (!GetCdRecord(&before)) return;
+    record = before;
+    if (!EditCdInformation(window, &record)) return;
+    // The same disc may have been edited elsewhere meanwhile.
+    CDInfoRecord now;
+    if (GetCdRecord(&now) && now.identity == record.identity) {
+        MergeEdit(before, record, &now);
+        record = now;
+    }
+    SetCdRecord(record);
 }

@@ -258,10 +258,19 @@ static int Commit(StoreBatch* batch) {
            PutInPlace(&batch->file, image);
 }
 
-int CommitStoreBatch(StoreBatch* batch) {
+int CommitUntold(StoreBatch* batch) {
     if (!batch) return 0;
     const int done = !batch->isChanged || Commit(batch);
     CancelStoreBatch(batch);
+    return done;
+}
+
+int CommitStoreBatch(StoreBatch* batch) {
+    if (!batch) return 0;
+    const size_t discs = batch->file.keepsBad ? batch->puts.size() : 0; // of the default database
+    const uint32_t entry = discs == 1 ? batch->puts.begin()->first : 0;
+    const int done = CommitUntold(batch);
+    if (done && discs) TellStoreListeners(entry, 1);
     return done;
 }
 

@@ -123,3 +123,32 @@ int TakeEdited(CDInfoRecord* record, const CDInfoRecord& edited) {
     *record = *taken;
     return 1;
 }
+
+static void MergeText(const char* before, const char* after, char* now, size_t size) {
+    if (std::strcmp(before, after)) CopyText(now, size, after);
+}
+
+static int IsSameProgram(const CDInfoRecord& a, const CDInfoRecord& b) {
+    return a.programCount == b.programCount && !std::memcmp(a.program, b.program, sizeof a.program);
+}
+
+void MergeEdit(const CDInfoRecord& before, const CDInfoRecord& after, CDInfoRecord* now) {
+    if (now->trackCount != before.trackCount || after.trackCount != before.trackCount) {
+        *now = after; // tracks that can't be told apart
+        return;
+    }
+    MergeText(before.title, after.title, now->title, kTextSize);
+    MergeText(before.comment, after.comment, now->comment, kCommentSize);
+    for (size_t i = 0; i < TrackCountOf(after); ++i) {
+        MergeText(before.trackArtists[i], after.trackArtists[i], now->trackArtists[i], kTextSize);
+        MergeText(before.trackTitles[i], after.trackTitles[i], now->trackTitles[i], kTextSize);
+        MergeText(before.trackComments[i], after.trackComments[i], now->trackComments[i],
+                  kCommentSize);
+    }
+    if (!IsSameProgram(before, after)) {
+        std::memcpy(now->program, after.program, sizeof now->program);
+        now->programCount = after.programCount;
+    }
+    now->revision = static_cast<uint16_t>(now->revision + after.revision - before.revision);
+    DeriveDiscArtist(now);
+}

@@ -20,8 +20,12 @@ using StoreWindow = HWND__*; // HWND
 // "CDInfo.CDP" in the folder of the executable.
 std::wstring DefaultDatabasePath();
 
-// The window that hears of changes (kDatabaseChanged, lParam the entry identity), or null.
-void SetStoreListener(StoreWindow window);
+// Windows that hear of changes: kDatabaseChanged is posted to them, lParam the entry identity, for
+// every disc that is stored by itself. With `batches` also for what a batch puts into the default
+// database; lParam is 0 where it was more than one disc. Deletions are not told. 0 when no slot is
+// free; a window that is gone needs none.
+int AddStoreListener(StoreWindow window, int batches);
+void RemoveStoreListener(StoreWindow window);
 
 // 1 when the path holds a sound compound file or a new database was made there. What is no
 // compound file is replaced; in the default database's place it is moved aside first.
@@ -57,6 +61,10 @@ int LookUpDisc(CDInfoRecord* record, LookUpState* state);
 // 0. Bytes that stand there already are not written again.
 int AddOrReplace(const wchar_t* path, const CDInfoRecord& record, int confirm, StoreWindow owner);
 
+// Stores an edit in the default database, as AddOrReplace: what changed between `before` and `after`
+// goes onto what stands there by now (MergeEdit), so that of two edits at once both stand.
+int StoreEdit(const CDInfoRecord& before, const CDInfoRecord& after);
+
 // Drops every pair that names the identity, and its stream if it is named as an entry. 0 when the
 // change could not be put in place; 1 also when there was nothing to delete.
 int DeleteEntry(const wchar_t* path, uint32_t identity);
@@ -86,6 +94,9 @@ StoreBatch* BeginStoreBatch(const wchar_t* path);
 int BatchRead(const StoreBatch* batch, uint32_t identity, CDInfoRecord* record);
 // As AddOrReplace without a question; nothing is on disk yet, and no window hears of it.
 int BatchAdd(StoreBatch* batch, const CDInfoRecord& record);
+// What StoreEdit would store.
+void BatchMerge(const StoreBatch* batch, const CDInfoRecord& before, const CDInfoRecord& after,
+                CDInfoRecord* merged);
 void BatchDelete(StoreBatch* batch, uint32_t identity);
 // Puts all changes in place (1) or none (0). Both end the batch.
 int CommitStoreBatch(StoreBatch* batch);

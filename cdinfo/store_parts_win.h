@@ -44,3 +44,9 @@ int BatchHasDisc(const StoreBatch& batch, uint32_t disc);
 
 // Adds a record that is worth storing. `entry` receives where it belongs, also when 0.
 int BatchPut(StoreBatch* batch, const CDInfoRecord& record, uint32_t* entry);
+
+// Posts kDatabaseChanged; with `byBatch` only to those who want to hear of batches.
+void TellStoreListeners(uint32_t entry, int byBatch);
+
+// As CommitStoreBatch, but nobody hears of it.
+int CommitUntold(StoreBatch* batch);

@@ -1,6 +1,6 @@
 // Reading the database, and the changes of one disc. See store.h; docs/database.md tells the
-// format and how a change is put in place. State: the listener and the file layer, both set once
-// at start-up; everything else lives for one call.
+// format and how a change is put in place. State: the file layer, set once at start-up; everything
+// else lives for one call.
 #include "core/platform.h"
 #include "cdinfo/store_parts_win.h"
 
@@ -8,19 +8,14 @@
 #include <cstring>
 #include <memory>
 
-#include "core/commands.h"
 #include "core/strings_win.h"
 #include "resources/ids.h"
 
 static struct {
-    std::atomic<HWND> listener{nullptr};
     std::atomic<const FileLayer*> files{nullptr};
     std::atomic<const wchar_t*> standard{nullptr}; // instead of the one beside the executable
 } s_store;
 
-void SetStoreListener(StoreWindow window) {
-    s_store.listener = window;
-}
 void SetStoreFiles(const FileLayer* files) {
     s_store.files = files;
 }
@@ -115,11 +110,6 @@ int ReadRawEntry(const wchar_t* path, uint32_t entryIdentity, uint8_t (&buffer)[
 
 // ---- changing
 
-static void PostChanged(uint32_t entry) {
-    const HWND listener = s_store.listener;
-    if (listener) PostMessageA(listener, WM_COMMAND, kDatabaseChanged, static_cast<LPARAM>(entry));
-}
-
 int EnsureDatabase(const wchar_t* path) {
     SafeFile file;
     PrepareStoreFile(path, &file);
@@ -131,13 +121,13 @@ int EnsureDatabase(const wchar_t* path) {
     return CommitStoreBatch(batch);
 }
 
-// Puts the record into an open batch, ends it and tells the listener.
+// Puts the record into an open batch, ends it and tells the listeners.
 static int StoreAndEnd(StoreBatch* batch, const CDInfoRecord& record) {
     uint32_t entry;
     const int packed = BatchPut(batch, record, &entry);
     if (!packed) CancelStoreBatch(batch);
-    const int stored = packed && CommitStoreBatch(batch);
-    PostChanged(entry); // also when it failed: the listener then shows what is really there
+    const int stored = packed && CommitUntold(batch);
+    TellStoreListeners(entry, 0); // also when it failed: they then show what is really there
     return stored;
 }
 
@@ -157,6 +147,14 @@ int AddOrReplace(const wchar_t* path, const CDInfoRecord& record, int confirm, S
         batch = BeginStoreBatch(path);
     }
     return batch && StoreAndEnd(batch, record);
+}
+
+int StoreEdit(const CDInfoRecord& before, const CDInfoRecord& after) {
+    StoreBatch* batch = IsNothingToStore(after) ? nullptr : BeginStoreBatch(nullptr);
+    if (!batch) return IsNothingToStore(after);
+    const auto merged = std::make_unique<CDInfoRecord>();
+    BatchMerge(batch, before, after, merged.get());
+    return StoreAndEnd(batch, *merged);
 }
 
 int DeleteEntry(const wchar_t* path, uint32_t identity) {

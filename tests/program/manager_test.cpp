@@ -6,14 +6,16 @@
 #include "tests/program/harness.h"
 #include "tests/support/big_archive.h"
 #include "tests/support/list_peer.h"
+#include "tests/support/tone_disc.h"
 
 #include <fstream>
+#include <functional>
 #include <memory>
 #include <set>
 
 constexpr const char* kManager = "CDInfoUI";
 constexpr const char* kSection = "Software\\Tonvista\\CDInfoUI";
-constexpr int kCellEdit = 728, kViewFirst = 740, kSortFirst = 730;
+constexpr int kCellEdit = 728, kViewFirst = 740, kSortFirst = 730, kEditorComment = 601;
 
 static std::wstring WideDatabase() {
     const std::string path = DatabasePath();
@@ -402,4 +404,48 @@ TEST_F(ManagerTest, RemembersHowItWasLeft) {
     EXPECT_EQ(Close(), 0);
     Start();
     EXPECT_FALSE(FindComponent(kManager)) << "it is not restored";
+}
+
+TEST_F(ManagerTest, SharesTheDiscInTheDriveWithTheCdPlayer) {
+    PutImage(MakeToneDisc(kProgramFolder, "shared", {{440, 300}, {550, 300}}).cue);
+    SwitchOn("CDEngineOn");
+    SwitchOn("CDPlayerUI");
+    Open(1);
+    const auto shown = [] { return ChildText(FindComponent("CDPlayerUI"), 700); };
+    const auto retitle = [&](const char* title) {
+        list->SelectOnly(0);
+        Key(VK_F2);
+        return Type(title, VK_RETURN);
+    };
+    const auto edit = [](int field, const char* text, const std::function<void()>& meanwhile) {
+        const HWND player = FindComponent("CDPlayerUI");
+        PostMessageA(player, WM_COMMAND, MAKEWPARAM(700, 5),
+                     reinterpret_cast<LPARAM>(Child(player, 700)));
+        HWND editor = nullptr;
+        ASSERT_TRUE(WaitUntil([&] { return editor = FindWindowA("#32770", "CD Information"); }));
+        meanwhile();
+        Ask(Child(editor, field), WM_SETTEXT, 0, reinterpret_cast<LPARAM>(text));
+        Ask(Child(editor, field), EM_SETMODIFY, 1, 0);
+        Command(editor, IDOK);
+        ASSERT_TRUE(WaitUntil([] { return !FindWindowA("#32770", "CD Information"); }));
+    };
+    ASSERT_TRUE(Becomes(0, "Unknown CD Title"));
+    ASSERT_TRUE(retitle("From here"));
+    EXPECT_TRUE(WaitUntil([&] { return shown() == "From here"; })) << shown();
+    edit(kEditorComment, "from there", [] {});
+    EXPECT_TRUE(Becomes(3, "from there"));
+    EXPECT_EQ(list->Cell(0, 0), "From here");
+    // Both at once.
+    edit(kEditorComment, "again", [&] { ASSERT_TRUE(retitle("Meanwhile")); });
+    EXPECT_TRUE(Becomes(3, "again"));
+    EXPECT_TRUE(WaitUntil([&] { return list->Cell(0, 0) + shown() == "MeanwhileMeanwhile"; }));
+    // Deleted here, it is in the drive still, and an edit brings it back whole.
+    list->SelectOnly(0);
+    Key(VK_DELETE);
+    EXPECT_TRUE(Shows(kManagerProgress, "0 CDs"));
+    EXPECT_EQ(shown(), "Meanwhile");
+    edit(kEditorComment, "back", [] {});
+    EXPECT_TRUE(Becomes(3, "back"));
+    EXPECT_EQ(list->Cell(0, 0), "Meanwhile");
+    Shut();
 }

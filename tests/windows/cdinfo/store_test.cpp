@@ -133,7 +133,7 @@ TEST_F(StoreTest, LookUpNeverOverwritesWhatItCannotRead) {
 TEST_F(StoreTest, ChangesAreToldAndIdenticalOnesNotWritten) {
     const HWND listener =
         CreateWindowExA(0, "STATIC", "", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, nullptr, nullptr);
-    SetStoreListener(listener);
+    ASSERT_TRUE(AddStoreListener(listener, 0));
     const auto heard = [&](uint32_t entry) {
         MSG message;
         return PeekMessageA(&message, listener, WM_COMMAND, WM_COMMAND, PM_REMOVE) &&
@@ -147,7 +147,7 @@ TEST_F(StoreTest, ChangesAreToldAndIdenticalOnesNotWritten) {
     EXPECT_EQ(0, Add(path, 5, "Else")); // write-protected
     EXPECT_EQ("Same", TitleOf(path, 5));
     ExpectTidy(path);
-    SetStoreListener(nullptr);
+    RemoveStoreListener(listener);
     DestroyWindow(listener);
 }
 
