@@ -35,6 +35,17 @@ done
 gsf cat "$ours" 00C0FFEE | grep -aq 'Made here' || fail "title of 00C0FFEE"
 gsf cat "$ours" 0000ABCD | grep -aq 'Large one' || fail "title of 0000ABCD"
 
+# Many at once, for which the program lays the file out itself.
+TONVISTA_DATABASE_MANY="Z:${work//\//\\}\\many.cdp" run WriteMany
+many=$work/many.cdp
+gsf list "$many" | awk '$1 == "f" { print $NF, $2 }' | sort >"$work/many"
+[ "$(wc -l <"$work/many")" = 5001 ] || fail "$(wc -l <"$work/many") streams of 5001"
+[ "$(gsf cat "$many" Mappings | wc -c)" = $((8 * 5001)) ] || fail "index of many"
+while read -r entry _; do
+  hex=$(bytes "$many" "$entry")
+  [ $((16#${hex:2:2}${hex:0:2})) -eq $((${#hex} / 2)) ] || fail "$entry of many"
+done < <(grep -v Mappings "$work/many" | awk 'NR % 100 == 0')
+
 # gsf's, read and changed by the program.
 made=$work/made
 mkdir "$made"

@@ -6,6 +6,8 @@
 
 #include <cstdlib>
 
+#include "tests/support/big_archive.h"
+
 constexpr uint32_t kSmallDisc = 0x00C0FFEE, kLargeDisc = 0x0000ABCD;
 
 static std::wstring s_given;
@@ -16,6 +18,16 @@ static void WriteForOthers() {
     for (auto& comment : large->trackComments)
         std::memset(comment, 'c', 200);
     ASSERT_TRUE(AddOrReplace(s_given.c_str(), *large, 0, nullptr));
+}
+
+// Two batches, each laid out anew; the second one carries the first one's discs over.
+static void WriteManyForOthers() {
+    for (const uint32_t first : {1, 4901}) {
+        StoreBatch* batch = BeginStoreBatch(s_given.c_str());
+        for (uint32_t n = first; n <= (first == 1 ? 4900u : 5000u); ++n)
+            ASSERT_TRUE(BatchAdd(batch, *BigRecord(n)));
+        ASSERT_TRUE(CommitStoreBatch(batch));
+    }
 }
 
 static void ReadAndChangeTheirs() {
@@ -43,4 +55,5 @@ template <auto kBody> static int Register(const char* variable, const char* name
 }
 
 static const int s_writing = Register<WriteForOthers>("TONVISTA_DATABASE_OUT", "Write");
+static const int s_many = Register<WriteManyForOthers>("TONVISTA_DATABASE_MANY", "WriteMany");
 static const int s_reading = Register<ReadAndChangeTheirs>("TONVISTA_DATABASE_IN", "Read");
