@@ -160,34 +160,28 @@ struct ShownDialog {
     int Enabled(int id) const { return IsWindowEnabled(GetDlgItem(ours, id)); }
 };
 
-TEST_F(TransferTest, TheImportDialogGivesFileFolderOrIni) {
-    const std::string ini = WindowsFile("CDPlayer.ini"), cdp = kFolder + "\\some.cdp";
-    PutFile(ini, "[1]\r\n");
-    PutFile(cdp, "x");
-    PutFile(kFolder + "\\850d8a0b", "x");
-    struct {
-        int type;
-        std::string name;
-        int press;
-        ExchangeForm form;
-        std::string path;
-    } cases[] = {
-        {0, cdp, 0, kCdpForm, cdp},
-        {1, cdp, 0, kCdpForm, cdp}, // its name tells
-        {1, kFolder + "\\850d8a0b", 0, kCddbForm, kFolder + "\\850d8a0b"},
-        {0, "", IDC_TRANSFER_INI, kIniForm, ini},
-        {1, kFolder, IDC_IMPORT_FOLDER, kCddbForm, kFolder},
-        {2, kFolder, IDC_IMPORT_FOLDER, kCueForm, kFolder},
-    };
-    for (const auto& c : cases) {
-        ShownDialog dialog(this, ChooseImport, "Import CD Information");
+// What the user chooses, and what comes of it.
+struct DialogCase {
+    int type;
+    std::string name;
+    int press;
+    ExchangeForm form;
+    char separator;
+    std::string path;
+};
+
+static void ChooseAndCompare(TransferTest* test, int (*choose)(HWND, TransferChoice*),
+                             const char* caption, const std::vector<DialogCase>& cases) {
+    for (const DialogCase& c : cases) {
+        ShownDialog dialog(test, choose, caption);
         EXPECT_EQ(dialog.Enabled(IDC_IMPORT_FOLDER), 0) << "a CDP file is one";
         dialog.ChooseType(c.type);
+        EXPECT_EQ(dialog.Enabled(IDC_EXPORT_TAB), choose == ChooseExport && c.type == 1);
         dialog.Name(c.name);
         if (c.press == IDC_IMPORT_FOLDER) {
-            dialog.Ok(); // into the folder
+            dialog.Ok(); // into the folder, where the name is cleared
             char shown[MAX_PATH] = "";
-            EXPECT_TRUE(Wait([&] { // the name is cleared there
+            EXPECT_TRUE(Wait([&] {
                 GetDlgItemTextA(dialog.frame, cmb13, shown, sizeof shown);
                 return !*shown;
             }));
@@ -197,47 +191,35 @@ TEST_F(TransferTest, TheImportDialogGivesFileFolderOrIni) {
         ASSERT_TRUE(dialog.Ended()) << c.path;
         EXPECT_EQ(dialog.result, 1);
         EXPECT_EQ(dialog.choice.form, c.form) << c.path;
-        EXPECT_EQ(_stricmp(dialog.choice.path.c_str(), c.path.c_str()), 0) << dialog.choice.path;
-    }
-    DeleteFileA(ini.c_str());
-}
-
-TEST_F(TransferTest, TheExportDialogGivesFormSeparatorAndPath) {
-    DeleteRegValue(kUserRoot, "Software\\Tonvista\\CDInfoUI", "ExportFolder");
-    struct {
-        int type, press;
-        const char* name;
-        ExchangeForm form;
-        char separator;
-        std::string path;
-    } cases[] = {
-        {0, 0, "\\list", kTextForm, ',', kFolder + "\\list.txt"},
-        {1, 0, "\\list.dat", kDelimitedForm, ',', kFolder + "\\list.dat"},
-        {1, IDC_EXPORT_TAB, "\\list", kDelimitedForm, '\t', kFolder + "\\list.csv"},
-        {2, 0, "\\list", kCdpForm, ',', kFolder + "\\list.cdp"},
-        {3, 0, "\\any", kCddbForm, ',', kFolder},
-        {4, 0, "\\any", kCueForm, ',', kFolder},
-        {1, IDC_TRANSFER_INI, nullptr, kIniForm, ',', WindowsFile("CDPlayer.ini")},
-    };
-    for (const auto& c : cases) {
-        ShownDialog dialog(this, ChooseExport, "Export CD Information");
-        dialog.ChooseType(c.type);
-        EXPECT_EQ(dialog.Enabled(IDC_EXPORT_TAB), c.form == kDelimitedForm || c.type == 1);
-        if (c.press) dialog.Press(c.press);
-        if (c.name) dialog.Name(kFolder + c.name);
-        dialog.Ok();
-        ASSERT_TRUE(dialog.Ended()) << c.path;
-        EXPECT_EQ(dialog.result, 1);
-        EXPECT_EQ(dialog.choice.form, c.form);
         EXPECT_EQ(dialog.choice.separator, c.separator) << c.path;
         EXPECT_EQ(_stricmp(dialog.choice.path.c_str(), c.path.c_str()), 0) << dialog.choice.path;
     }
-    // The folder is remembered: a bare name lands there.
-    ShownDialog dialog(this, ChooseExport, "Export CD Information");
-    dialog.Name("bare");
-    dialog.Ok();
-    ASSERT_TRUE(dialog.Ended());
-    EXPECT_EQ(dialog.choice.path, kFolder + "\\bare.txt");
+}
+
+TEST_F(TransferTest, DialogsGiveFormSeparatorAndPath) {
+    const std::string ini = WindowsFile("CDPlayer.ini"), cdp = kFolder + "\\some.cdp",
+                      cddb = kFolder + "\\850d8a0b", list = kFolder + "\\list";
+    for (const std::string& path : {ini, cdp, cddb})
+        PutFile(path, "[1]\r\n");
+    ChooseAndCompare(this, ChooseImport, "Import CD Information",
+                     {{0, cdp, 0, kCdpForm, ',', cdp},
+                      {1, cdp, 0, kCdpForm, ',', cdp}, // its name tells
+                      {1, cddb, 0, kCddbForm, ',', cddb},
+                      {0, "", IDC_TRANSFER_INI, kIniForm, ',', ini},
+                      {1, kFolder, IDC_IMPORT_FOLDER, kCddbForm, ',', kFolder},
+                      {2, kFolder, IDC_IMPORT_FOLDER, kCueForm, ',', kFolder}});
+    DeleteFileA(ini.c_str());
+    DeleteRegValue(kUserRoot, "Software\\Tonvista\\CDInfoUI", "ExportFolder");
+    ChooseAndCompare(this, ChooseExport, "Export CD Information",
+                     {{0, list, 0, kTextForm, ',', list + ".txt"},
+                      {1, list + ".dat", 0, kDelimitedForm, ',', list + ".dat"},
+                      {1, list, IDC_EXPORT_TAB, kDelimitedForm, '\t', list + ".csv"},
+                      {2, list, 0, kCdpForm, ',', list + ".cdp"},
+                      {3, list, 0, kCddbForm, ',', kFolder},
+                      {4, list, 0, kCueForm, ',', kFolder},
+                      {1, list, IDC_TRANSFER_INI, kIniForm, ',', ini},
+                      // The folder is remembered, but for CDPlayer.ini's.
+                      {0, "bare", 0, kTextForm, ',', kFolder + "\\bare.txt"}});
 }
 
 TEST_F(TransferTest, AnExistingListIsReplacedOnlyAfterAQuestion) {
