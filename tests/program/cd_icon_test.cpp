@@ -5,8 +5,6 @@
 #include "tests/support/screen_win.h"
 #include "tests/support/tone_disc.h"
 
-#include <memory>
-
 constexpr uint32_t kPlaying = 526, kPaused = 529;
 constexpr const char* kDialog = "CD Engine Configuration";
 constexpr const char* kCdKey = "Software\\Tonvista\\CDEngine";
@@ -18,17 +16,10 @@ class CdIconTest : public ProgramTest {
 protected:
     void SetUp() override {
         ProgramTest::SetUp();
-        DeleteRegValue(kUserRoot, "Software\\Tonvista", "CDIconShowOptions");
+        WriteRegDword(kUserRoot, kSettingsRoot, kCdIconOptionsValue, kRegDword, 23);
         static const std::string s_disc =
             MakeToneDisc(kProgramFolder, "icon", {{440, 4500}, {550, 3750}}).cue;
         PutImage(s_disc);
-    }
-    void StartWithIcon() {
-        SwitchOn("CDEngineOn");
-        SwitchOn("CDUITBIcon");
-        Start();
-        peer = std::make_unique<SharedPeer>();
-        ASSERT_TRUE(WaitUntil([] { return Window() && Tray(); }));
     }
     static HWND Window() { return FindWindowA(kCdIconClass, nullptr); }
     static HWND Tray() {
@@ -55,47 +46,40 @@ protected:
         }
         return false;
     }
-    static uint32_t Setting(const char* name) { return ReadRegDword(kUserRoot, kCdKey, name); }
     static std::string Player() {
         char text[300] = "";
         ReadRegString(kClassesRoot, kPlayerKey, "", text, sizeof text);
         return text;
     }
-    bool CdIs(uint32_t mode) const {
-        return WaitUntil([=, this] { return peer->block->CdMode == mode; });
-    }
-    std::unique_ptr<SharedPeer> peer;
 };
 } // namespace
 
 TEST_F(CdIconTest, TellsWhatTheOptionsAskForAndPausesByAClick) {
-    StartWithIcon();
-    for (int bit = 0; bit < 5; ++bit)
-        if (bit != 3) Command(FindConsole(), static_cast<UINT>(kConsoleCdIconOption + bit));
+    SwitchOn("CDEngineOn");
+    SwitchOn("CDUITBIcon");
+    Start();
+    const SharedPeer peer;
+    const auto cdIs = [&](uint32_t mode) {
+        return WaitUntil([&] { return peer.block->CdMode == mode; });
+    };
     EXPECT_TRUE(Tells("Unknown CD Title, by Artist 01:50")) << Tip();
-    EXPECT_EQ(ReadRegDword(kUserRoot, "Software\\Tonvista", "CDIconShowOptions"), 23u);
     Command(Window(), kCdIconEntryFirst + 1);
-    EXPECT_TRUE(CdIs(kPlaying));
+    EXPECT_TRUE(cdIs(kPlaying));
     EXPECT_TRUE(Tells("Track 2, by Artist, on Unknown CD Title 00:50")) << Tip();
-    PostMessageA(Tray(), WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(5, 5));
-    EXPECT_TRUE(CdIs(kPaused));
-    PostMessageA(Tray(), WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(5, 5));
-    EXPECT_TRUE(CdIs(kPlaying));
+    for (const uint32_t mode : {kPaused, kPlaying}) {
+        PostMessageA(Tray(), WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(5, 5));
+        EXPECT_TRUE(cdIs(mode));
+    }
     // Its open menu holds up nobody.
     PostMessageA(Tray(), WM_RBUTTONUP, 0, MAKELPARAM(5, 5));
     ASSERT_TRUE(WaitUntil([] { return IsWindowVisible(FindWindowA("#32768", nullptr)) != 0; }));
     EXPECT_LT(AnswerTime(FindConsole()), kPatienceMs);
     Command(FindConsole(), kConsoleCdIconOption);
-    PostMessageA(Window(), WM_CANCELMODE, 0, 0);
     PostMessageA(FindConsole(), RegisterWindowMessageA("TaskbarCreated"), 0, 0);
     EXPECT_TRUE(Tells("Track 2, by Artist 00:50")) << Tip();
-    // It goes with the engine that it needs, and calls it back.
-    Command(FindConsole(), kConsoleCdEngine);
+    EXPECT_EQ(ReadRegDword(kUserRoot, kSettingsRoot, kCdIconOptionsValue), 22u);
+    Command(FindConsole(), kConsoleCdEngine); // needs it, and so goes with it
     EXPECT_TRUE(WaitUntil([] { return !Window() && !Tray(); }));
-    Command(FindConsole(), kConsoleCdIcon);
-    EXPECT_TRUE(WaitUntil([] { return Window() && Tray() && FindCdEngine(); }));
-    EXPECT_EQ(Close(), 0);
-    EXPECT_TRUE(!Tray() && ReadWindowDword(1, "CDUITBIcon", 9) == 1);
 }
 
 // Asked by the console with the engine off, then by the CD player with the engine on.
@@ -107,10 +91,8 @@ TEST_F(CdIconTest, ConfiguresTheEngineWhetherItRunsOrNot) {
         if (engine) Command(FindConsole(), kConsoleCdPlayer);
         ASSERT_TRUE(WaitUntil([=] { return !engine || FindComponent("CDPlayerUI"); }));
         const auto answer = [=](const char* intro, int box, UINT boxOn, int button) {
-            if (engine)
-                Command(FindComponent("CDPlayerUI"), kPlayerConfigure);
-            else
-                Command(FindConsole(), kConsoleConfigureCd);
+            Command(engine ? FindComponent("CDPlayerUI") : FindConsole(),
+                    engine ? UINT{kPlayerConfigure} : UINT{kConsoleConfigureCd});
             const HWND dialog = WaitForDialog(kDialog);
             CheckDlgButton(dialog, box, boxOn);
             Ask(Child(dialog, IDC_CD_CONFIG_INTRO), WM_SETTEXT, 0, reinterpret_cast<LPARAM>(intro));
@@ -118,17 +100,15 @@ TEST_F(CdIconTest, ConfiguresTheEngineWhetherItRunsOrNot) {
             EXPECT_TRUE(WaitUntil([=] { return !IsWindow(dialog); }));
         };
         const auto becomes = [](const char* name, uint32_t value) {
-            return WaitUntil([=] { return Setting(name) == value; });
+            return WaitUntil([=] { return ReadRegDword(kUserRoot, kCdKey, name) == value; });
         };
-        const uint32_t length = Setting("IntroLength");
+        const uint32_t length = ReadRegDword(kUserRoot, kCdKey, "IntroLength");
         answer("12", IDC_CD_CONFIG_STOP_EXIT, !engine, IDCANCEL);
-        EXPECT_EQ(Setting("IntroLength"), length);
+        EXPECT_TRUE(becomes("IntroLength", length) && becomes("StopExit", engine));
         answer("99", IDC_CD_CONFIG_STOP_EXIT, !engine, IDOK);
         EXPECT_TRUE(becomes("IntroLength", 30) && becomes("StopExit", !engine));
-        answer("", IDC_CD_CONFIG_AUTO_EXIT, !engine, IDOK);
-        EXPECT_TRUE(becomes("IntroLength", 5) && becomes("AutoExit", !engine));
-        answer("17", IDC_CD_CONFIG_DEFAULT, 1, IDOK);
-        EXPECT_TRUE(becomes("IntroLength", 17) && becomes("UseAsDefault", 1));
+        answer("", IDC_CD_CONFIG_DEFAULT, 1, IDOK);
+        EXPECT_TRUE(becomes("IntroLength", 5) && becomes("UseAsDefault", 1));
         if (engine) Ask(FindCdEngine(), WM_NULL, 0, 0); // it may still be at the claim
         EXPECT_NE(Player().find("tonvista.exe /play %1"), std::string::npos) << Player();
         // Who came in between keeps the command.

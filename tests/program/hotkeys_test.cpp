@@ -15,30 +15,20 @@
 constexpr uint32_t kStopped = 525, kPlaying = 526, kPaused = 529, kOpen = 530;
 constexpr uint32_t kMediaPlaying = 529, kMediaPaused = 526;
 constexpr int kMixerMasterButton = 750;
-constexpr const char* kDialog = "Set Hotkeys";
-static HotkeyRecord Combination(uint32_t key) {
-    return {1, 1, 1, 0, key, 0, 0, 0, 0};
-}
+constexpr const char* kSection = "Software\\Tonvista\\UIWindow1";
 
-static void Store(int place, const HotkeyRecord& record) {
+static void Store(int place, uint32_t key) {
+    const HotkeyRecord record = {1, 1, 1, 0, key, 0, 0, 0, 0};
     WriteWindowSetting(1, kHotkeyKinds[place].valueName, kRegBinary, sizeof record, &record);
-}
-
-static HotkeyRecord Stored(int place) {
-    HotkeyRecord record = {};
-    ReadWindowSetting(1, kHotkeyKinds[place].valueName, kRegBinary, sizeof record, &record);
-    return record;
 }
 
 // The keys go down in their order and up again, as one burst.
 static void Press(const std::vector<WORD>& keys) {
-    std::vector<INPUT> burst;
-    for (size_t i = 0; i < 2 * keys.size(); ++i) {
-        INPUT input = {};
-        input.type = INPUT_KEYBOARD;
-        input.ki.wVk = i < keys.size() ? keys[i] : keys[2 * keys.size() - 1 - i];
-        input.ki.dwFlags = i < keys.size() ? 0 : KEYEVENTF_KEYUP;
-        burst.push_back(input);
+    std::vector<INPUT> burst(2 * keys.size());
+    for (size_t i = 0; i < burst.size(); ++i) {
+        burst[i].type = INPUT_KEYBOARD;
+        burst[i].ki.wVk = i < keys.size() ? keys[i] : keys[burst.size() - 1 - i];
+        burst[i].ki.dwFlags = i < keys.size() ? 0 : KEYEVENTF_KEYUP;
     }
     SendInput(static_cast<UINT>(burst.size()), burst.data(), sizeof burst[0]);
 }
@@ -53,7 +43,7 @@ protected:
     void SetUp() override {
         ProgramTest::SetUp();
         for (const HotkeyKind& kind : kHotkeyKinds)
-            DeleteRegValue(kUserRoot, "Software\\Tonvista\\UIWindow1", kind.valueName);
+            DeleteRegValue(kUserRoot, kSection, kind.valueName);
         static const std::string s_disc =
             MakeToneDisc(kProgramFolder, "hotkeys", {{440, 4500}, {550, 4500}, {660, 4500}}).cue;
         PutImage(s_disc);
@@ -81,43 +71,45 @@ protected:
         peer = std::make_unique<SharedPeer>();
         WorkElsewhere();
     }
-    bool CdComes(uint32_t mode, int track) const {
-        return WaitUntil([=, this] {
+    bool CdComes(uint32_t mode, int track, DWORD waitMs = kPatienceMs) const {
+        const auto come = [=, this] {
             return peer->block->CdMode == mode && (track < 0 || peer->block->CdTrack == track);
-        });
+        };
+        return WaitUntil(come, waitMs);
     }
-    static HWND OpenDialog() {
+    void OpenDialog() {
         Command(FindConsole(), kConsoleHotkeys);
-        const HWND dialog = WaitForDialog(kDialog);
+        ASSERT_TRUE(dialog = WaitForDialog("Set Hotkeys"));
         SetForegroundWindow(dialog);
-        return dialog;
     }
-    static void Click(HWND dialog, int id) { PostMessageA(Child(dialog, id), BM_CLICK, 0, 0); }
-    static bool Shows(HWND dialog, int id, const char* text) {
-        return WaitUntil([=] { return ChildText(dialog, id) == text; });
+    void Cancel() {
+        Command(dialog, IDCANCEL);
+        ASSERT_TRUE(WaitUntil([this] { return !IsWindow(dialog); }));
+    }
+    void Click(int id) const { PostMessageA(Child(dialog, id), BM_CLICK, 0, 0); }
+    bool Shows(int id, const char* text) const {
+        return WaitUntil([=, this] { return ChildText(dialog, id) == text; });
     }
     // Presses a "set" button, then the keys.
-    static void Capture(HWND dialog, int setId, const std::vector<WORD>& keys) {
-        const auto field = [=] {
+    void Capture(int setId, const std::vector<WORD>& keys) const {
+        const auto field = [this] {
             return FindWindowExA(dialog, nullptr, kHotkeyFieldClass, nullptr);
         };
-        Click(dialog, setId);
+        Click(setId);
         ASSERT_TRUE(WaitUntil([=] { return IsWindowVisible(field()) != 0; }));
-        EXPECT_FALSE(IsWindowEnabled(dialog));
         Press(keys);
-        ASSERT_TRUE(WaitUntil([=] { return !field() && IsWindowEnabled(dialog); }));
+        ASSERT_TRUE(WaitUntil([=, this] { return !field() && IsWindowEnabled(dialog); }));
     }
     std::unique_ptr<SharedPeer> peer;
-    HWND other = nullptr;
+    HWND other = nullptr, dialog = nullptr;
 };
 } // namespace
 
 TEST_F(HotkeysTest, EachOfTheTenWorksFromAnotherProgram) {
     for (int i = 0; i < kHotkeys; ++i)
-        Store(i, Combination(static_cast<uint32_t>('A' + i)));
-    SwitchOn("MixerEngineOn");
-    SwitchOn("MixerUI");
-    SwitchOn("WaveInEngineOn");
+        Store(i, static_cast<uint32_t>('A' + i));
+    for (const char* on : {"MixerEngineOn", "MixerUI", "WaveInEngineOn"})
+        SwitchOn(on);
     StartElsewhere();
     const struct {
         WORD key;
@@ -127,18 +119,15 @@ TEST_F(HotkeysTest, EachOfTheTenWorksFromAnotherProgram) {
                  {'A', kPlaying, 1}, {'D', kStopped, 0}, {'F', kOpen, -1}};
     for (const auto& step : steps) {
         PressHotkey(step.key);
-        EXPECT_TRUE(CdComes(step.mode, step.track))
-            << static_cast<char>(step.key) << ": " << peer->block->CdMode << ' '
-            << peer->block->CdTrack;
+        EXPECT_TRUE(CdComes(step.mode, step.track)) << static_cast<char>(step.key);
     }
     const auto lit = [] { return IsLit(Child(FindComponent("MixerUI"), kMixerMasterButton)); };
     const bool before = lit();
-    PressHotkey('G');
-    EXPECT_TRUE(WaitUntil([=] { return lit() != before; }));
-    PressHotkey('G');
-    EXPECT_TRUE(WaitUntil([=] { return lit() == before; }));
-    // Nothing comes of the media player's while it is off.
-    PressHotkey('H');
+    for (const bool same : {false, true}) {
+        PressHotkey('G');
+        EXPECT_TRUE(WaitUntil([=] { return (lit() == before) == same; }));
+    }
+    PressHotkey('H'); // nothing comes of it while the media player is off
     EXPECT_LT(AnswerTime(FindConsole()), kPatienceMs);
     EXPECT_FALSE(FindComponent("MediaUI"));
     const std::string song = std::string(kProgramFolder) + "\\hotkey.wav";
@@ -160,8 +149,8 @@ TEST_F(HotkeysTest, EachOfTheTenWorksFromAnotherProgram) {
 
 TEST_F(HotkeysTest, ATakenOneIsMarkedAndKeptAndBrokenRecordsAreOff) {
     ASSERT_TRUE(RegisterHotKey(nullptr, 1, MOD_ALT | MOD_CONTROL, 'K'));
-    Store(0, Combination('K'));
-    Store(1, Combination('L'));
+    for (const int place : {0, 1, 8})
+        Store(place, place ? 'L' : 'K');
     const std::vector<uint8_t> bytes(4001, 0xFF);
     const uint32_t sizes[] = {0, 4, 27, 29, 4001};
     for (int i = 0; i < 5; ++i)
@@ -169,49 +158,49 @@ TEST_F(HotkeysTest, ATakenOneIsMarkedAndKeptAndBrokenRecordsAreOff) {
     WriteWindowSetting(1, kHotkeyKinds[9].valueName, kRegBinary, 28, bytes.data());
     StartElsewhere();
     EXPECT_FALSE(FindWindowA("#32770", nullptr)) << "nothing pops up";
-    const HWND dialog = OpenDialog();
+    OpenDialog();
     EXPECT_EQ(ChildText(dialog, 813), "<alt><ctrl>K   ");
     EXPECT_EQ(ChildText(dialog, IDC_HOTKEY_REFUSED), "taken");
-    EXPECT_EQ(ChildText(dialog, 814), "<alt><ctrl>L   ");
     EXPECT_EQ(ChildText(dialog, IDC_HOTKEY_REFUSED + 1), "");
-    for (int i = 2; i < 9; ++i)
+    EXPECT_EQ(ChildText(dialog, IDC_HOTKEY_REFUSED + 8), "taken") << "by another of ours";
+    for (int i = 2; i < 8; ++i)
         EXPECT_FALSE(IsDlgButtonChecked(dialog, kHotkeyKinds[i].checkId)) << i;
     EXPECT_EQ(ChildText(dialog, 836), "<alt><shift><ctrl>    ");
-    Command(dialog, IDCANCEL);
-    EXPECT_TRUE(WaitUntil([=] { return !IsWindow(dialog); }));
-    EXPECT_TRUE(Stored(0).Enabled && Stored(0).VirtualKey == 'K');
+    Click(809);
+    EXPECT_TRUE(Shows(IDC_HOTKEY_REFUSED + 8, "")) << "let go of";
+    Cancel();
+    OpenDialog();
+    EXPECT_TRUE(Shows(813, "<alt><ctrl>K   ") && IsDlgButtonChecked(dialog, 808)) << "kept";
     UnregisterHotKey(nullptr, 1);
 }
 
 TEST_F(HotkeysTest, ChangesCountAtOnceAndStayAfterCancel) {
-    Store(3, Combination('S'));
+    Store(3, 'S');
     StartElsewhere();
-    const HWND dialog = OpenDialog();
-    ASSERT_TRUE(dialog);
-    Capture(dialog, 818, {VK_CONTROL, VK_MENU, 'P'});
-    EXPECT_TRUE(Shows(dialog, 813, "<alt><ctrl>P   "));
-    Capture(dialog, 818, {VK_SHIFT, VK_ESCAPE});
+    OpenDialog();
+    Capture(818, {VK_CONTROL, VK_MENU, 'P'});
+    EXPECT_TRUE(Shows(813, "<alt><ctrl>P   "));
+    Capture(818, {VK_SHIFT, VK_ESCAPE});
     EXPECT_EQ(ChildText(dialog, 813), "<alt><ctrl>P   ") << "as before";
     PressHotkey('P');
-    EXPECT_FALSE(WaitUntil([this] { return peer->block->CdMode == kPlaying; }, 500)) << "still off";
-    Click(dialog, 808);
-    ASSERT_TRUE(WaitUntil([=] { return IsDlgButtonChecked(dialog, 808) != 0; }));
+    EXPECT_FALSE(CdComes(kPlaying, 1, 500)) << "still off";
+    Click(808);
+    ASSERT_TRUE(WaitUntil([this] { return IsDlgButtonChecked(dialog, 808) != 0; }));
     PressHotkey('P');
     EXPECT_TRUE(CdComes(kPlaying, 1)) << "from the open dialog";
     // An enabled one is registered anew; its own combination reaches the field, too.
-    Capture(dialog, 821, {VK_CONTROL, VK_MENU, 'S'});
-    EXPECT_EQ(peer->block->CdMode, kPlaying);
-    Capture(dialog, 821, {VK_RETURN, VK_RETURN}); // held: it presses none of the buttons
-    EXPECT_TRUE(Shows(dialog, 816, "retn"));
-    EXPECT_FALSE(WaitUntil([=] { return !IsWindow(dialog); }, 300));
-    Command(dialog, IDCANCEL);
-    ASSERT_TRUE(WaitUntil([=] { return !IsWindow(dialog); }));
+    Capture(821, {VK_CONTROL, VK_MENU, 'S'});
+    Capture(821, {VK_RETURN, VK_RETURN}); // held: it presses none of the buttons
+    EXPECT_TRUE(Shows(816, "retn"));
+    EXPECT_FALSE(WaitUntil([this] { return !IsWindow(dialog); }, 300));
+    Cancel();
     WorkElsewhere();
     PressHotkey('S');
-    EXPECT_FALSE(WaitUntil([this] { return peer->block->CdMode == kStopped; }, 500));
+    EXPECT_FALSE(CdComes(kStopped, 0, 500)) << "neither in the field nor now";
     Press({VK_RETURN});
     EXPECT_TRUE(CdComes(kStopped, 0));
-    EXPECT_EQ(Close(), 0);
-    const HotkeyRecord play = Stored(0), expected = {1, 1, 1, 0, 'P', 813, 808, 780, 0};
+    HotkeyRecord play = {};
+    const HotkeyRecord expected = {1, 1, 1, 0, 'P', 813, 808, 780, 0};
+    ReadRegValue(kUserRoot, kSection, "HKPlay", kRegBinary, &play, sizeof play);
     EXPECT_EQ(memcmp(&play, &expected, sizeof play), 0);
 }

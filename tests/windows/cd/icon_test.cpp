@@ -40,13 +40,11 @@ protected:
             item.dwTypeData = text;
             item.cch = sizeof text;
             GetMenuItemInfoA(menu, static_cast<UINT>(i), TRUE, &item);
-            if (item.fType & MFT_SEPARATOR) {
-                all += "-\n";
-                continue;
-            }
             all += item.fType & MFT_MENUBREAK ? "[" : "";
             all += item.fState & MFS_CHECKED ? "+" : "";
-            if (!item.hSubMenu) all += std::to_string(item.wID) + " ";
+            all += item.fType & MFT_SEPARATOR ? "-"
+                   : item.hSubMenu            ? ""
+                                              : std::to_string(item.wID) + " ";
             all += std::string(text) + "\n";
         }
         return all;
@@ -58,6 +56,10 @@ protected:
             return "no menu";
         const auto menu = reinterpret_cast<HMENU>(SendMessageA(window, MN_GETHMENU, 0, 0));
         const std::string entries = Entries(menu);
+        RECT last = {}; // of the tracks
+        for (UINT i = 0; GetMenuItemID(menu, static_cast<int>(i)) >= kCdIconEntryFirst; ++i)
+            GetMenuItemRect(nullptr, menu, i, &last);
+        EXPECT_LE(last.bottom, GetSystemMetrics(SM_CYSCREEN));
         PostMessageA(CdIconThread()->Window, WM_CANCELMODE, 0, 0);
         WaitUntil([=] { return !IsWindow(window); });
         return entries;
@@ -97,4 +99,13 @@ TEST_F(CdIcon, MenuTellsTracksTransportAndModes) {
     EXPECT_EQ(s_fake.Played().from, MakeTmsf(1, 0, 10, 0));
     Icon(kCdIconForward);
     EXPECT_EQ(Now().listIndex, 0) << "round the end";
+}
+
+TEST_F(CdIcon, EveryTrackOfALongDiscIsWithinReach) {
+    s_fake.mode = kModeOpen;
+    Poll();
+    UseFake({std::vector<uint32_t>(99, 75), "2000002"});
+    Poll();
+    const std::string entries = Menu();
+    EXPECT_NE(entries.find("898 Track 99\n[700 Play"), std::string::npos) << entries;
 }
