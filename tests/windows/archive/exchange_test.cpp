@@ -1,7 +1,6 @@
 // Import, export and takeover as files and the database show them afterwards.
 #include "tests/windows/archive/exchange_support.h"
 
-#include "cdinfo/old_style.h"
 #include "core/settings.h"
 
 #include <thread>
@@ -120,11 +119,10 @@ TEST_F(Exchange, TheDatabaseIsNeverWrittenFromOrOverItself) {
 }
 
 TEST_F(Exchange, OldFilesTellTheirFaultAndKeepWhatStandsBefore) {
-    Bytes file = {'T', 'O', 'N', 'V', 0, 0, 0, 0, 2, 0, 0, 0};
     const std::string packed = PackedDisc(*MakeDisc(7, 3, "Old")).substr(8 + 8);
-    for (const uint32_t number : {static_cast<uint32_t>(packed.size()), 0x77u, 0u})
-        for (int i = 0; i < 4; ++i)
-            file.push_back(static_cast<uint8_t>(number >> (8 * i)));
+    Bytes file = {'T', 'O', 'N', 'V', 0, 0, 0, 0, 2, 0, 0, 0}; // version 0, two entries
+    file.insert(file.end(), {static_cast<uint8_t>(packed.size()), 0, 0, 0, 0x77, 0, 0, 0});
+    file.resize(file.size() + 4); // of the first, without a checksum; there is no second
     file.insert(file.end(), packed.begin(), packed.end());
     Spill(target, file);
     EXPECT_EQ(FaultOfImport(), "Failed To Read File");
@@ -183,18 +181,20 @@ TEST_F(Exchange, TextsBeginAnewAndSheetsOfOthersStay) {
 }
 
 TEST_F(Exchange, TakeoversAreMadeOnceAndReplaceNothing) {
-    const auto mark = [](const char* name) { return ReadRegDword(kUserRoot, kSettingsRoot, name); };
-    const auto put = [](const char* key, const char* name, const char* text) {
-        WriteRegString(kUserRoot, (std::string("Software\\Tonvue\\CDTitles\\") + key).c_str(), name,
-                       text);
+    const auto takeOver = [] { // how many are marked as done
+        MigrateRegistryDiscs();
+        MigrateIniDiscs();
+        return ReadRegDword(kUserRoot, kSettingsRoot, "CDTitlesMigrated") +
+               ReadRegDword(kUserRoot, kSettingsRoot, "IniMigrated");
     };
     ASSERT_TRUE(Add(standard, 0xA, "Typed"));
-    for (const char* key : {"0000000A", "0000000B", "0000000C", "no disc"}) {
-        put(key, "title", key);
-        put(key, "numtracks", "3");
+    for (const std::string key : {"0000000A", "0000000B", "0000000C", "no disc"}) {
+        const std::string subkey = "Software\\Tonvue\\CDTitles\\" + key;
+        WriteRegString(kUserRoot, subkey.c_str(), "title", key.c_str());
+        WriteRegString(kUserRoot, subkey.c_str(), "numtracks", "3");
+        WriteRegString(kUserRoot, subkey.c_str(), "1", "Second");
+        WriteRegString(kUserRoot, subkey.c_str(), "NoCD", key == "0000000C" ? "1" : "0");
     }
-    put("0000000A", "1", "Second");
-    put("0000000C", "NoCD", "1");
     for (const char* section : {"A", "B", "D"}) {
         WritePrivateProfileStringA(section, "numtracks", "3", "CDPlayer.ini");
         WritePrivateProfileStringA(section, "title", "Of the file", "CDPlayer.ini");
@@ -202,23 +202,17 @@ TEST_F(Exchange, TakeoversAreMadeOnceAndReplaceNothing) {
     FileLayer full = SystemFiles();
     full.write = [](auto, auto) { return kFileFailed; };
     SetStoreFiles(&full);
-    MigrateRegistryDiscs();
-    MigrateIniDiscs();
-    EXPECT_EQ(mark("CDTitlesMigrated") + mark("IniMigrated"), 0u) << "not stored, so not done";
+    EXPECT_EQ(takeOver(), 0u) << "not stored, so not done";
     SetStoreFiles(nullptr);
-    MigrateRegistryDiscs();
-    MigrateIniDiscs();
-    EXPECT_EQ(mark("CDTitlesMigrated"), 1u);
-    EXPECT_EQ(mark("IniMigrated"), 1u);
+    EXPECT_EQ(takeOver(), 2u);
     EXPECT_EQ(DiscsOf().size(), 3u);
-    EXPECT_EQ(TitleOf(standard, 0xA), "Typed");
     EXPECT_EQ(TitleOf(standard, 0xB), "0000000B");
     EXPECT_EQ(TitleOf(standard, 0xD), "Of the file");
     auto record = std::make_unique<CDInfoRecord>();
     ASSERT_TRUE(ReadEntry(nullptr, 0xA, record.get()));
+    EXPECT_STREQ(record->title, "Typed");
     EXPECT_STREQ(record->trackTitles[1], "Second");
     ASSERT_TRUE(DeleteEntry(nullptr, 0xB));
-    MigrateRegistryDiscs();
-    MigrateIniDiscs();
+    takeOver();
     EXPECT_EQ(TitleOf(standard, 0xB), "-") << "once";
 }
