@@ -1,23 +1,56 @@
 // Names and paths of installation. See setup.h.
 #include "app/setup.h"
 
+#include "cdinfo/safe_file.h"
 #include "core/bytes.h"
 #include "core/text.h"
 
 #include <cstring>
+#include <initializer_list>
 
 constexpr size_t kLongestBelow = 64; // characters of the longest name below the program's folder
 constexpr const char* kFolderName = "Tonvista";
 
 const char* const kLibraryFiles[kLibraryCount] = {"TONVDisc.dll", "TONVExtr.dll", "TONVIcon.dll"};
 
-static int EndsWith(const char* text, const char* end) {
-    const size_t length = std::strlen(text), tail = std::strlen(end);
-    return length >= tail && SameText(text + length - tail, end);
-}
+// The build stops when a page is missing here.
+static const char* const kManualFiles[] = {
+    "appearance.html",   "archive.html",      "cd-icon.html",      "cd-info.html",
+    "cd-player.html",    "command-line.html", "console.html",      "disc-drive.html",
+    "hotkeys.html",      "index.html",        "installation.html", "layouts.html",
+    "media-player.html", "mixer.html",        "oscilloscope.html", "printing.html",
+    "questions.html",    "spectrum.html",     "style.css",         "volume-meter.html"};
 
 int IsManualFile(const char* name) {
-    return EndsWith(name, ".html") || EndsWith(name, ".css");
+    for (const char* file : kManualFiles)
+        if (SameText(name, file)) return 1;
+    return 0;
+}
+
+// The rest of `text` behind `begin`, or null.
+static const char* Behind(const char* text, const char* begin) {
+    char head[32];
+    const size_t length = std::strlen(begin);
+    CopyText(head, length + 1 < sizeof head ? length + 1 : sizeof head, text);
+    return SameText(head, begin) ? text + length : nullptr;
+}
+
+static const char* Behind(const char* text, const wchar_t* begin) {
+    char narrow[32] = "";
+    for (size_t i = 0; i + 1 < sizeof narrow && begin[i]; ++i)
+        narrow[i] = static_cast<char>(begin[i]);
+    return Behind(text, narrow);
+}
+
+int IsDatabaseFile(const char* name) {
+    const char* suffix = Behind(name, kDatabaseFile);
+    if (!suffix || !*suffix) return suffix != nullptr;
+    for (const wchar_t* whole : {kNewSuffix, kOldSuffix}) {
+        const char* rest = Behind(suffix, whole);
+        if (rest && !*rest) return 1;
+    }
+    const char* number = Behind(suffix, kBadSuffix);
+    return number && !number[std::strspn(number, "0123456789")];
 }
 
 static int IsRoot(const char* path) { // "C:\"
@@ -50,7 +83,7 @@ static int IsLetter(char c) {
     return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
 }
 
-static int IsFullPath(const char* path) {
+int IsFullPath(const char* path) {
     if (IsLetter(path[0]) && path[1] == ':') return path[2] == '\\';
     if (path[0] != '\\' || path[1] != '\\') return 0;
     const char* share = std::strchr(path + 2, '\\');

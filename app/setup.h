@@ -9,15 +9,21 @@ constexpr const char* kProgramFile = "tonvista.exe";
 // What stands beside it, each where the build has it.
 constexpr int kLibraryCount = 3;
 extern const char* const kLibraryFiles[kLibraryCount];
+constexpr const char* kDatabaseFile = "CDInfo.CDP";
 constexpr const char* kManualFolder = "manual";
 
-// A page of the manual or its style sheet, by its name's ending.
+// A page of this program's manual or its style sheet. Others in a folder of that name are not ours.
 int IsManualFile(const char* name);
+// The disc database, or what it makes beside itself. A copy that the user made is neither.
+int IsDatabaseFile(const char* name);
 
-// "C:\dir\" and "C:\dir" from "C:\dir\name": without the last part. A root keeps its backslash.
+// "C:\" and "C:\dir" from "C:\dir\name": without the last part. A root keeps its backslash.
 void FolderOfPath(const char* path, char (&folder)[kPathSize]);
 // 0 when it is too long; `path` is then empty.
 int JoinPath(const char* folder, const char* name, char (&path)[kPathSize]);
+
+// Begins with a drive's root or with a share.
+int IsFullPath(const char* path);
 
 // A folder as it was typed: without blanks and quotes around it, with backslashes, without one at
 // its end. 0 when it is no full path ("C:\..." or "\\server\share...") that leaves room for the

@@ -8,7 +8,6 @@
 
 constexpr const char* kNewSuffix = ".setup-new"; // a copy until all of them are there
 constexpr const char* kOldSuffix = ".setup-old"; // what it replaces, until all are in place
-constexpr const char* kDatabaseFile = "CDInfo.CDP";
 
 namespace {
 struct FilePair {
@@ -219,18 +218,23 @@ int DeleteProgram(const char* folder) {
     return good;
 }
 
-void DeleteDatabase(const char* folder) {
+int DeleteDatabase(const char* folder) {
     Path pattern, path;
     WIN32_FIND_DATAA found;
     std::vector<Path> doomed;
-    if (!JoinPath(folder, kDatabaseFile, pattern.text)) return;
-    AppendText(pattern.text, sizeof pattern.text, "*"); // with what a broken change left beside it
+    if (!JoinPath(folder, kDatabaseFile, pattern.text)) return 0;
+    AppendText(pattern.text, sizeof pattern.text, "*");
     const HANDLE search = FindFirstFileA(pattern.text, &found);
-    if (search == INVALID_HANDLE_VALUE) return;
+    if (search == INVALID_HANDLE_VALUE) return 1;
     do
-        if (JoinPath(folder, found.cFileName, path.text)) doomed.push_back(path);
+        if (IsDatabaseFile(found.cFileName) && JoinPath(folder, found.cFileName, path.text))
+            doomed.push_back(path);
     while (FindNextFileA(search, &found));
     FindClose(search);
-    for (const Path& file : doomed)
-        DeleteFileA(file.text);
+    int good = 1;
+    for (const Path& file : doomed) {
+        DeleteSoon(file.text);
+        good &= !Exists(file.text);
+    }
+    return good;
 }

@@ -140,6 +140,8 @@ void InstallProgram(const StartRequest& request) {
         char full[MAX_PATH] = ""; // it may be told from the current folder
         const DWORD length = GetFullPathNameA(request.TargetPath, sizeof full, full, nullptr);
         known = length && length < sizeof full && ReadFolder(full, choices.folder);
+        if (!known)
+            CopyText(choices.folder, request.TargetPath); // the dialog shows what it refuses
     }
     if (request.InstallUIRequested)
         InstallByDialog(choices);

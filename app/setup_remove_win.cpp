@@ -72,8 +72,8 @@ static void Remove() {
     char own[kPathSize] = "";
     TakeBackRegistrations();
     if (s_removal.settings) DeleteSettings();
-    if (s_removal.database) DeleteDatabase(s_removal.folder);
-    const int deleted = DeleteProgram(s_removal.folder);
+    int deleted = !s_removal.database || DeleteDatabase(s_removal.folder);
+    deleted &= DeleteProgram(s_removal.folder);
     const int itself = OwnProgram(own) && SameFile(own, s_removal.program);
     SetupBox(nullptr, IDS_UNINSTALL_CAPTION, deleted ? IDS_UNINSTALL_DONE : IDS_UNINSTALL_LEFT,
              s_removal.folder, MB_OK | MB_ICONINFORMATION);

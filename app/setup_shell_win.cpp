@@ -52,7 +52,8 @@ int NoteProgram(const char* program) {
 int InstalledProgram(char (&path)[kPathSize]) {
     path[0] = 0;
     ReadRegString(kUserRoot, kSavedKey, "Module", path, sizeof path);
-    return *path && GetFileAttributesA(path) != INVALID_FILE_ATTRIBUTES;
+    // A name without a folder would be looked for in the current one.
+    return IsFullPath(path) && GetFileAttributesA(path) != INVALID_FILE_ATTRIBUTES;
 }
 
 void TakeBackShell() {

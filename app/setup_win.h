@@ -55,7 +55,7 @@ uint32_t ProgramKilobytes(const char* folder);
 // What CopyProgram put there, but not the running executable. The rest of the folder stays. 0 when
 // some could not be deleted.
 int DeleteProgram(const char* folder);
-void DeleteDatabase(const char* folder);
+int DeleteDatabase(const char* folder); // 0 when it, too, is still there
 // The executable that runs, and its folder where that is empty then, as soon as it has ended.
 int DeleteOwnProgramLater();
 

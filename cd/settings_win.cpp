@@ -47,14 +47,16 @@ void LoadCdSettings(CDEngineSettings* settings) {
     settings->Drive = static_cast<uint8_t>(ChooseCdDrive(stored));
 }
 
-// Names this program: by the name it was first sold under, or by its file.
+// Names this program: by the name it was first sold under, by its file, or as a copy of it that
+// stands elsewhere, such as the installation before this one.
 static int IsOurCommand(const char* command, const char* program) {
     char upper[kCommandMax], file[MAX_PATH];
     CopyText(upper, command);
     UpperText(upper);
     CopyText(file, program);
     UpperText(file);
-    return std::strstr(upper, "TONVUE") || (*file && std::strstr(upper, file));
+    return std::strstr(upper, "TONVUE") || std::strstr(upper, "\\TONVISTA.EXE") ||
+           (*file && std::strstr(upper, file));
 }
 
 // Where nothing may be written, everything stays as it is.

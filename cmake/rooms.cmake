@@ -92,6 +92,14 @@ endfunction()
 # The user's manual stands beside the program.
 function(tonvista_manual)
   file(GLOB pages CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/docs/manual/*)
+  file(READ ${CMAKE_SOURCE_DIR}/app/setup.cpp known) # the files that are installed and removed
+  foreach(page ${pages})
+    get_filename_component(name ${page} NAME)
+    if(NOT known MATCHES "\"${name}\"")
+      message(FATAL_ERROR "${name} of the manual is not in kManualFiles of app/setup.cpp")
+    endif()
+  endforeach()
+  set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/app/setup.cpp)
   set(stamp ${CMAKE_BINARY_DIR}/manual.stamp)
   add_custom_command(
     OUTPUT ${stamp} DEPENDS ${pages}

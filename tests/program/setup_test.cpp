@@ -243,10 +243,10 @@ TEST_F(SetupTest, WhatIsTheUsersOrAnothersStays) {
     EXPECT_EQ(Answer("Tonvista Install", {IDOK}), kDone);
     program->WaitEnd();
     WriteRegString(kClassesRoot, ".wav", "", "Newer.sound");
-    Write(kTarget + "\\manual\\notes.txt", "mine");
+    Write(kTarget + "\\manual\\own.html", "mine");
     Uninstall(0, 0);
     EXPECT_EQ(SizeOf(kTarget + "\\CDInfo.CDP"), 7);
-    EXPECT_EQ(SizeOf(kTarget + "\\manual\\notes.txt"), 4);
+    EXPECT_EQ(SizeOf(kTarget + "\\manual\\own.html"), 4);
     EXPECT_EQ(SizeOf(kTarget + "\\TONVDisc.dll"), -1);
     EXPECT_EQ(SizeOf(kTarget + "\\manual\\index.html"), -1);
     EXPECT_EQ(ReadWindowDword(1, "TaskBarIcon", 9), 1u);

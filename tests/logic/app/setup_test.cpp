@@ -58,6 +58,17 @@ TEST(Setup, PathsApartAndTogether) {
     EXPECT_STREQ(path, "");
 }
 
+TEST(Setup, OnlyItsOwnFilesAreEverDeleted) {
+    for (const char* name : {"CDInfo.CDP", "cdinfo.cdp.store-new", "CDInfo.CDP.store-old",
+                             "CDInfo.CDP.bad", "CDInfo.CDP.bad12"})
+        EXPECT_TRUE(IsDatabaseFile(name)) << name;
+    for (const char* name : {"CDInfo.CDP.bak", "CDInfo.CDPx", "CDInfo.CDP.bad copy",
+                             "CDInfo.CDP.store-new2", "CDInfo.CD", ""})
+        EXPECT_FALSE(IsDatabaseFile(name)) << name;
+    EXPECT_TRUE(IsManualFile("Index.HTML") && IsManualFile("style.css"));
+    EXPECT_FALSE(IsManualFile("own.html") || IsManualFile("index.htm"));
+}
+
 TEST(Setup, VersionOfAResourceOfAnyLength) {
     std::vector<uint8_t> bytes(56, 0);
     const uint8_t fixed[] = {0xBD, 4, 0xEF, 0xFE, 0, 0, 1, 0, 2, 0, 1, 0, 9, 0, 30, 0};

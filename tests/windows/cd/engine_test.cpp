@@ -154,6 +154,7 @@ TEST_F(Engine, DefaultsNeverReplaceAChoiceAndOtherPlayersAreLeftAlone) {
         std::string before, after;
     } cases[] = {{"C:\\other.exe %1", "C:\\other.exe %1"},
                  {"C:\\Old\\TonVue.exe /play %1", "CDPlayer /play %1"},
+                 {"D:\\Before\\Tonvista.exe /play %1", "CDPlayer /play %1"},
                  {ours, "CDPlayer /play %1"}};
     for (const auto& c : cases) {
         WriteRegString(kClassesRoot, kPlayer, "", c.before.c_str());
