@@ -7,7 +7,6 @@
 #include "ui/appearance_win.h"
 #include "ui/components.h"
 #include "ui/layouts_win.h"
-#include "ui/look_win.h"
 
 int SeedDefaults() {
     const uint32_t on = 1, off = 0;
@@ -16,8 +15,7 @@ int SeedDefaults() {
     SeedWindowSetting(kConsoleWindowId, "PreventSS", kRegDword, 4, &off);
     if (!RegValueExists(kUserRoot, kSettingsRoot, kCdIconOptionsValue))
         CdIconOptions(kCdIconOptions);
-    SeedColors();
-    SeedAppearance();
+    SeedAppearance(); // the colours with it
     SeedLayouts(0);
     return RegKeyExists(kUserRoot, kSettingsRoot);
 }
