@@ -2,6 +2,8 @@
 #include "core/placement.h"
 #include "core/platform.h"
 
+#include <algorithm>
+
 namespace {
 struct PlacementValue {
     const char* name;
@@ -26,8 +28,15 @@ static Bounds ScreenBounds() {
     return {area.left, area.top, area.right, area.bottom};
 }
 
+// No window becomes larger than the system lets a user drag it, or smaller than nothing. A stored
+// size beyond that says nothing about how far the window reaches.
 void KeepPlacementInSight(WindowPlacement* placement) {
-    ClampPlacement(placement, ScreenBounds());
+    WindowPlacement shown = *placement;
+    shown.Width = std::clamp(shown.Width, 0, GetSystemMetrics(SM_CXMAXTRACK));
+    shown.Height = std::clamp(shown.Height, 0, GetSystemMetrics(SM_CYMAXTRACK));
+    ClampPlacement(&shown, ScreenBounds());
+    placement->X = shown.X;
+    placement->Y = shown.Y;
 }
 
 int LoadWindowPlacement(uint32_t windowId, WindowPlacement* placement) {

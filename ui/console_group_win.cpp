@@ -64,7 +64,13 @@ static Edges ReferenceOf(int senderId) {
         const int row = RowByWindowId(senderId);
         if (row >= 0) window = OpenWindowOfRow(row);
     }
-    return EdgesOf(window ? window : s_console.window);
+    if (window) return EdgesOf(window);
+    WINDOWPLACEMENT placed = {}; // a minimized console counts where it will come back
+    placed.length = sizeof placed;
+    if (!IsIconic(s_console.window) || !GetWindowPlacement(s_console.window, &placed))
+        return EdgesOf(s_console.window);
+    const RECT& r = placed.rcNormalPosition;
+    return {r.left, r.top, r.right, r.bottom};
 }
 
 static GroupSide SideOf(int key) {

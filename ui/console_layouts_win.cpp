@@ -5,6 +5,8 @@
 #include "ui/console_state_win.h"
 #include "ui/framework_win.h"
 
+#include <algorithm>
+
 // Of the layouts window's section: 1 once the first layout was chosen, or was found not to be
 // wanted. "Setting" can't tell, since it is written only when somebody has chosen.
 constexpr const char* kFirstChosen = "FirstLayoutChosen";
@@ -19,6 +21,16 @@ static void Save(int windowId, const LayoutEntry& e) {
 static void MoveTo(HWND window, const LayoutEntry& e) {
     WindowPlacement place = {e.X, e.Y, e.Width, e.Height, 0, 0};
     KeepPlacementInSight(&place);
+    if (IsIconic(window)) { // its icon would be moved
+        WINDOWPLACEMENT later = {};
+        later.length = sizeof later;
+        later.showCmd = SW_HIDE;
+        later.rcNormalPosition = {
+            place.X, place.Y, place.X + std::clamp(place.Width, 0, GetSystemMetrics(SM_CXMAXTRACK)),
+            place.Y + std::clamp(place.Height, 0, GetSystemMetrics(SM_CYMAXTRACK))};
+        SetWindowPlacement(window, &later);
+        return;
+    }
     SetWindowPos(window, nullptr, place.X, place.Y, place.Width, place.Height,
                  SWP_NOZORDER | SWP_NOACTIVATE | SWP_ASYNCWINDOWPOS);
 }
@@ -51,8 +63,10 @@ static void SwitchAndMove(const LayoutEntry entries[kLayoutWindows], uint32_t ma
         if (row >= 0) Perform(LayoutStepOf(id, mask, RowIsOn(row)), row, id, EntryOf(entries, id));
     }
     s_console.switching = 0;
-    // Whoever asks for an arrangement wants to see it.
-    if (IsIconic(s_console.window)) ShowWindow(s_console.window, SW_RESTORE);
+    // Whoever asks for an arrangement wants to see it; a console that lives in its icon stays
+    // there.
+    if (IsIconic(s_console.window) && IsWindowVisible(s_console.window))
+        ShowWindow(s_console.window, SW_RESTORE);
     ShowGroup();
     MoveTo(s_console.window, EntryOf(entries, kConsoleWindowId));
 }

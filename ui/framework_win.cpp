@@ -233,13 +233,14 @@ static void OnArrow(HWND window, WPARAM key) {
                0);
 }
 
-static void OnKeyDown(HWND window, WPARAM key) {
+static void OnKeyDown(HWND window, WPARAM key, LPARAM lParam) {
     switch (key) {
     case VK_PAUSE:
     case VK_PRIOR:
     case VK_NEXT:
     case VK_PLAY: AskOwner(*Data(window), kForwardKey, static_cast<LPARAM>(key)); break;
     case VK_HOME: // posted: the layout may close this very window, and waits for its end
+        if (HIWORD(lParam) & KF_REPEAT) break; // a key held down asks once
         PostMessageA(Data(window)->Owner, WM_COMMAND, kLayoutFirst + SelectedLayout(), 0);
         break;
     case VK_LEFT:
@@ -313,7 +314,7 @@ static LRESULT UIWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lPa
     case WM_CAPTURECHANGED: // a drag whose release will not be seen here is over
         if (reinterpret_cast<HWND>(lParam) != window) data->Dragging = 0;
         return 0;
-    case WM_KEYDOWN: OnKeyDown(window, wParam); return 0;
+    case WM_KEYDOWN: OnKeyDown(window, wParam, lParam); return 0;
     case WM_CHAR: OnChar(window, wParam); return 0;
     case WM_NOTIFY: return OnNotify(window, wParam, lParam);
     default: return DefWindowProcA(window, message, wParam, lParam);
