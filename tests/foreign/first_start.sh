@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # The first start on smaller displays than that of the test hosts, where the same test runs at 1280:
-# the program is installed there and finds its layout by the screen's width, every window in sight.
+# the program is installed there and finds its layout by the screen's width.
 #
 #   tests/foreign/first_start.sh [BUILD_WIN32_DIR [HOST]]      0: good, 1: not, 77: skipped
 set -euo pipefail

@@ -1,19 +1,13 @@
-// The console: switching components, options that last, the windows as a group, its icon, and the
+// The console: switching components, options that last, its icon, and the
 // shared block as another program drives it.
 #include "tests/program/harness.h"
 #include "tests/support/tone_disc.h"
-
-#include <vector>
 
 constexpr const char* kPlayer = "CDPlayerUI";
 constexpr int kPlayerPower = 739;
 
 static bool IsTopmost(HWND window) {
     return GetWindowLongA(window, GWL_EXSTYLE) & WS_EX_TOPMOST;
-}
-
-static std::vector<LONG> Numbers(const RECT& r) {
-    return {r.left, r.top, r.right, r.bottom};
 }
 
 // As another process does it: the console and the engine clear bits meanwhile.
@@ -114,36 +108,6 @@ TEST_F(ConsoleTest, OptionsAreWrittenAtOnceAndLast) {
                    IsTopmost(FindConsole()) == (change != 0);
         }));
         EXPECT_EQ(Close(), 0);
-    }
-}
-
-TEST_F(ConsoleTest, GroupMovesAlignsAndStretches) {
-    StartWithPlayer();
-    const HWND console = FindConsole(), player = FindComponent(kPlayer);
-    const auto put = [](HWND window, RECT r) {
-        SetWindowPos(window, nullptr, r.left, r.top, r.right - r.left, r.bottom - r.top,
-                     SWP_NOZORDER | SWP_NOACTIVATE);
-    };
-    const RECT c = {100, 100, 500, 300}, p = {150, 340, 650, 500};
-    const struct {
-        UINT command;
-        int sender;
-        LPARAM lParam;
-        RECT console, player;
-    } cases[] = {
-        {kGroupMove, 2, MAKELPARAM(-30, 20), {70, 120, 470, 320}, p},
-        {kGroupAlign, 2, VK_LEFT, {150, 100, 550, 300}, p},
-        {kGroupAlign, 1, VK_RIGHT, c, {0, 340, 500, 500}},
-        {kGroupAlign, 7, VK_DOWN, c, {150, 140, 650, 300}}, // others mean the console
-        {kGroupStretch, 2, VK_RIGHT, {100, 100, 650, 300}, p},
-    };
-    for (const auto& t : cases) {
-        SCOPED_TRACE(testing::Message() << t.command << " from " << t.sender);
-        put(console, c);
-        put(player, p);
-        Send(t.command, t.sender, t.lParam);
-        EXPECT_EQ(Numbers(PlaceOf(console)), Numbers(t.console));
-        EXPECT_EQ(Numbers(PlaceOf(player)), Numbers(t.player));
     }
 }
 

@@ -2,7 +2,7 @@
 // windows as a group.
 #include "core/text.h"
 #include "tests/program/harness.h"
-#include "ui/layouts.h"
+#include "ui/layouts_win.h"
 
 #include <iterator>
 #include <vector>
@@ -20,11 +20,9 @@ constexpr Member kMembers[] = {
 constexpr int kLayoutsWindow = 12;
 using Rect = std::vector<LONG>; // x, y, width, height
 
-Rect Of(const RECT& r) {
-    return {r.left, r.top, r.right - r.left, r.bottom - r.top};
-}
 Rect Shown(const char* title) {
-    return Of(PlaceOf(FindComponent(title)));
+    const RECT r = PlaceOf(FindComponent(title));
+    return {r.left, r.top, r.right - r.left, r.bottom - r.top};
 }
 Rect Saved(int id) {
     WindowPlacement p = {};
@@ -34,51 +32,47 @@ Rect Saved(int id) {
 Rect Stored(const LayoutEntry& e) {
     return {e.X, e.Y, e.Width, e.Height};
 }
-// As another program reads it.
+bool Shows(const char* title) {
+    return IsWindowVisible(FindComponent(title));
+}
+
 LayoutEntry EntryOf(int layout, int id) {
-    LayoutEntry entry = {};
-    char key[64], name[16];
-    FormatText(key, sizeof key, "Software\\Tonvista\\Layouts\\Layout%d", layout);
-    FormatText(name, sizeof name, "Window%d", id - 1);
-    ReadRegValue(kUserRoot, key, name, kRegBinary, &entry, sizeof entry);
+    LayoutEntry entry;
+    ReadLayoutEntry(layout, id - 1, &entry);
     return entry;
 }
 
-// What is not yet as the layout says; empty when all is.
-std::string Differences(int layout) {
-    std::string text;
+// The window that is not yet as the layout says; empty when all are.
+std::string Different(int layout) {
     for (const Member& m : kMembers) {
         const LayoutEntry entry = EntryOf(layout, m.id);
         const HWND window = FindComponent(m.title);
-        if ((window != nullptr) != (entry.Open != 0)) text += std::string(m.title) + " open? ";
-        if (window && entry.Open && Shown(m.title) != Stored(entry))
-            text += std::string(m.title) + " elsewhere ";
-        if (Saved(m.id) != Stored(entry)) text += std::string(m.title) + " saved elsewhere ";
-        if (m.onValue && ReadWindowDword(1, m.onValue, 0) != (entry.Open != 0))
-            text += std::string(m.title) + " restored otherwise ";
+        if ((window != nullptr) != (entry.Open != 0) || Saved(m.id) != Stored(entry) ||
+            (window && !IsIconic(window) && Shown(m.title) != Stored(entry)) ||
+            (m.onValue && ReadWindowDword(1, m.onValue, 0) != (entry.Open != 0)))
+            return m.title;
     }
-    return text;
+    return "";
 }
 testing::AssertionResult Comes(int layout) {
-    if (WaitUntil([=] { return Differences(layout).empty(); }, 20000))
+    if (WaitUntil([=] { return Different(layout).empty(); }, 20000))
         return testing::AssertionSuccess();
-    return testing::AssertionFailure() << "layout " << layout << ": " << Differences(layout);
+    return testing::AssertionFailure() << "layout " << layout << ": " << Different(layout);
 }
 
-void Key(BYTE key, DWORD flags = 0) {
-    keybd_event(key, 0, flags, 0);
-}
-void TypeWith(BYTE modifier, BYTE key) {
-    Key(modifier);
-    Key(key, KEYEVENTF_EXTENDEDKEY);
-    Key(key, KEYEVENTF_EXTENDEDKEY | KEYEVENTF_KEYUP);
-    Key(modifier, KEYEVENTF_KEYUP);
+void Type(BYTE key, BYTE modifier = 0) {
+    if (modifier) keybd_event(modifier, 0, 0, 0);
+    keybd_event(key, 0, KEYEVENTF_EXTENDEDKEY, 0);
+    keybd_event(key, 0, KEYEVENTF_EXTENDEDKEY | KEYEVENTF_KEYUP, 0);
+    if (modifier) keybd_event(modifier, 0, KEYEVENTF_KEYUP, 0);
 }
 
 class LayoutsTest : public ProgramTest {
 protected:
-    static void Apply(HWND asked, int layout) { Command(asked, kLayoutFirst + layout); }
-    static void Home(HWND window) { PostMessageA(window, WM_KEYDOWN, VK_HOME, 1); }
+    static testing::AssertionResult Apply(int layout, const char* asked = "Tonvista") {
+        Command(FindComponent(asked), kLayoutFirst + layout);
+        return Comes(layout) << " asked of " << asked;
+    }
     static HWND OpenLayouts() {
         Command(FindConsole(), kConsoleLayouts);
         EXPECT_TRUE(WaitUntil([] { return FindComponent("Layouts") != nullptr; }));
@@ -99,104 +93,97 @@ protected:
 
 TEST_F(LayoutsTest, EachOpensMovesAndClosesFromWhereverItIsAskedFor) {
     Start();
-    Apply(FindConsole(), 2);
-    ASSERT_TRUE(Comes(2)); // all but the oscilloscope
+    ASSERT_TRUE(Apply(2)); // all but the oscilloscope
     EXPECT_EQ(Shown("SpectrumUI"), (Rect{110, 0, 662, 134}));
-    EXPECT_EQ(Shown("MediaUI"), (Rect{110, 134, 662, 98}));
     const HWND layouts = OpenLayouts();
     const Rect chooser = Shown("Layouts");
-    struct {
-        const char* asked;
-        int layout;
-    } const steps[] = {{"MixerUI", 0}, {"SpectrumUI", 1}, {"CDPlayerUI", 4},
-                       {"MediaUI", 3}, {"Layouts", 5},    {"CDPlayerUI", 2}};
-    for (const auto& step : steps) {
-        Apply(FindComponent(step.asked), step.layout);
-        ASSERT_TRUE(Comes(step.layout)) << "asked of " << step.asked;
-    }
+    ASSERT_TRUE(Apply(0, "MixerUI") && Apply(1, "SpectrumUI") && Apply(4, "CDPlayerUI"));
+    ASSERT_TRUE(Apply(3, "MediaUI") && Apply(5, "Layouts") && Apply(2, "CDPlayerUI"));
     EXPECT_TRUE(FindComponent("Layouts") == layouts && Shown("Layouts") == chooser);
-    // Two in a row, and a window that is opened by the one and closed by the other.
-    for (const int layout : {4, 1, 0, 3})
-        Apply(FindConsole(), layout);
-    EXPECT_TRUE(Comes(3));
+    for (const int layout : {4, 1, 0}) // overtaken by the next
+        Command(FindConsole(), kLayoutFirst + layout);
+    EXPECT_TRUE(Apply(3));
     // Whoever asks for an arrangement wants to see it.
     Command(FindConsole(), kConsoleMinimizeAll);
-    ASSERT_TRUE(WaitUntil(
-        [] { return IsIconic(FindConsole()) && !IsWindowVisible(FindComponent("CDPlayerUI")); }));
-    Apply(FindConsole(), 5);
-    EXPECT_TRUE(Comes(5));
-    EXPECT_TRUE(WaitUntil(
-        [] { return !IsIconic(FindConsole()) && IsWindowVisible(FindComponent("CDPlayerUI")); }));
+    ASSERT_TRUE(WaitUntil([] { return IsIconic(FindConsole()) && !Shows("CDPlayerUI"); }));
+    EXPECT_TRUE(Apply(5));
+    EXPECT_TRUE(WaitUntil([] { return !IsIconic(FindConsole()) && Shows("CDPlayerUI"); }));
+    // A minimized console that lives in its icon stays there.
+    Command(FindConsole(), kConsoleMinimizeAll);
+    Command(FindConsole(), kConsoleTaskbarOnly);
+    EXPECT_TRUE(Apply(0));
+    EXPECT_TRUE(IsIconic(FindConsole()) && !Shows("Tonvista") && Shows("CDPlayerUI"));
+    Command(FindConsole(), kConsoleTaskbarOnly);
+    EXPECT_TRUE(WaitUntil([] { return !IsIconic(FindConsole()); }) && Comes(0));
     EXPECT_EQ(Close(), 0);
     Start(); // the next start finds what the layout left
-    EXPECT_TRUE(Comes(5));
+    EXPECT_TRUE(Comes(0));
 }
 
 TEST_F(LayoutsTest, HomeClosesTheVeryWindowThatAskedAndLetsItEnd) {
     WriteWindowDword(kLayoutsWindow, "Setting", 3);
     Start();
-    Apply(FindConsole(), 4);
-    ASSERT_TRUE(Comes(4));
+    ASSERT_TRUE(Apply(4));
     // The analyzer writes its settings on its way out. Killed by the wait it would not.
     const char* const section = "Software\\Tonvista\\UIWindow3";
     DeleteRegValue(kUserRoot, section, "Trails");
     ASSERT_TRUE(Front("SpectrumUI"));
-    Key(VK_HOME, KEYEVENTF_EXTENDEDKEY);
-    Key(VK_HOME, KEYEVENTF_EXTENDEDKEY | KEYEVENTF_KEYUP);
+    Type(VK_HOME);
     ASSERT_TRUE(Comes(3));
     EXPECT_TRUE(RegValueExists(kUserRoot, section, "Trails"));
     WriteWindowDword(kLayoutsWindow, "Setting", 7); // none: the first
-    Home(FindConsole());
+    PostMessageA(FindConsole(), WM_KEYDOWN, VK_HOME, 1);
     EXPECT_TRUE(Comes(0));
 }
 
 TEST_F(LayoutsTest, WhatIsStoredComesBack) {
     Start();
-    Apply(FindConsole(), 4);
-    ASSERT_TRUE(Comes(4));
-    HWND layouts = OpenLayouts();
-    SetWindowPos(layouts, nullptr, 800, 300, 300, 350, SWP_NOZORDER | SWP_NOACTIVATE);
+    ASSERT_TRUE(Apply(4));
+    const HWND layouts = OpenLayouts();
     Command(layouts, kLayoutsChoice + 2);
-    ASSERT_TRUE(WaitUntil([] { return ReadWindowDword(kLayoutsWindow, "Setting", 9) == 2; }));
     Command(FindConsole(), kConsoleMixer); // off
     Command(FindConsole(), kConsoleScope); // on
     ASSERT_TRUE(WaitUntil([] { return !FindComponent("MixerUI") && FindComponent("ScopeUI"); }));
-    const RECT moved[] = {{30, 40, 640, 200}, {700, 40, 500, 300}, {30, 300, 600, 260}};
-    const Member* const movers[] = {&kMembers[0], &kMembers[1], &kMembers[4]};
-    for (int i = 0; i < 3; ++i) {
-        SetWindowPos(FindComponent(movers[i]->title), nullptr, moved[i].left, moved[i].top,
-                     moved[i].right, moved[i].bottom, SWP_NOZORDER | SWP_NOACTIVATE);
-        ASSERT_TRUE(WaitUntil([&] { return Saved(movers[i]->id) == Shown(movers[i]->title); }));
-    }
+    SetWindowPos(FindComponent("ScopeUI"), nullptr, 30, 300, 600, 260, SWP_NOZORDER);
+    SetWindowPos(layouts, nullptr, 800, 300, 300, 350, SWP_NOZORDER);
+    ASSERT_TRUE(WaitUntil([] { return Saved(7) == Rect{30, 300, 600, 260}; }));
     Command(layouts, kLayoutsStore);
-    ASSERT_TRUE(WaitUntil([] { return EntryOf(2, 7).Open && !EntryOf(2, 4).Open; }));
+    ASSERT_TRUE(WaitUntil([] { return EntryOf(2, kLayoutsWindow).Open != 0; })); // the last
+    EXPECT_EQ(Stored(EntryOf(2, 7)), (Rect{30, 300, 600, 260}));
     EXPECT_EQ(Stored(EntryOf(2, 4)), (Rect{34, 504, 742, 115})) << "closed, where it last stood";
-    for (int i = 0; i < 3; ++i)
-        EXPECT_EQ(Stored(EntryOf(2, movers[i]->id)), Shown(movers[i]->title));
-    EXPECT_TRUE(EntryOf(2, kLayoutsWindow).Open && EntryOf(2, 1).Open);
-    Apply(FindConsole(), 0);
-    ASSERT_TRUE(Comes(0));
+    EXPECT_TRUE(EntryOf(2, 1).Open && EntryOf(2, 7).Open && !EntryOf(2, 4).Open);
+    ASSERT_TRUE(Apply(0));
     Command(layouts, kLayoutsRecall);
     EXPECT_TRUE(Comes(2));
-    EXPECT_TRUE(WaitUntil([] { // on top of those that were opened
-        HWND top = GetTopWindow(nullptr);
-        char name[64];
-        while (top && (!IsWindowVisible(top) || !GetClassNameA(top, name, sizeof name) ||
-                       strcmp(name, kWindowClass) != 0))
-            top = GetWindow(top, GW_HWNDNEXT);
-        return top == FindComponent("Layouts");
-    }));
+    EXPECT_TRUE(WaitUntil([=] { return FindWindowA(kWindowClass, nullptr) == layouts; }))
+        << "on top of those that were opened";
     // It stayed where it was, and will be found there again.
-    EXPECT_TRUE(WaitUntil([] { return Saved(kLayoutsWindow) == Shown("Layouts"); }));
+    EXPECT_TRUE(WaitUntil([] { return Saved(kLayoutsWindow) == Rect{800, 300, 300, 350}; }));
     Command(layouts, kLayoutsClose);
     EXPECT_TRUE(WaitUntil([] { return !FindComponent("Layouts"); }));
-    // A damaged entry counts as one that is missing: closed, at 0,0, without a size.
-    const char cut[12] = {1, 0, 0, 0, 1, 0, 0, 0, 1, 0, 0, 0};
-    WriteRegValue(kUserRoot, "Software\\Tonvista\\Layouts\\Layout2", "Window1", kRegBinary, cut,
-                  sizeof cut);
-    Apply(FindConsole(), 2);
-    EXPECT_TRUE(WaitUntil([] { return !FindComponent("CDPlayerUI"); }));
+}
+
+// A damaged entry counts as one that is missing: closed, without a size. Numbers beyond all screens
+// leave the windows in sight.
+TEST_F(LayoutsTest, StoredNumbersMayBeAnything) {
+    Start();
+    ASSERT_TRUE(Apply(2));
+    WriteRegValue(kUserRoot, "Software\\Tonvista\\Layouts\\Layout2", "Window1", kRegBinary,
+                  "damaged", 8);
+    WriteLayoutEntry(2, 0, INT32_MIN, INT32_MAX, INT32_MAX, INT32_MAX, 1);
+    WriteLayoutEntry(2, 2, INT32_MIN, INT32_MIN, INT32_MAX, INT32_MAX, 1);
+    WriteLayoutEntry(2, 8, 10, 10, INT32_MIN, INT32_MIN, 1);
+    WriteLayoutEntry(2, 3, 5000, -5000, 0, 0, 0xFFFFFFFF);
+    Command(FindConsole(), kLayoutFirst + 2);
+    ASSERT_TRUE(WaitUntil([] { return !FindComponent("CDPlayerUI"); }));
     EXPECT_TRUE(WaitUntil([] { return Saved(2)[2] == 0 && Saved(2)[3] == 0; }));
+    const RECT screen = {0, 0, GetSystemMetrics(SM_CXSCREEN), GetSystemMetrics(SM_CYSCREEN)};
+    for (const char* title : {"Tonvista", "SpectrumUI", "MediaUI", "MixerUI"})
+        EXPECT_TRUE(WaitUntil([&] {
+            const RECT r = PlaceOf(FindComponent(title));
+            RECT both;
+            return Shown(title) != Rect{110, 470, 662, 101} && IntersectRect(&both, &r, &screen);
+        })) << title;
 }
 
 // On the display that is there: first_start.sh repeats it on others.
@@ -211,13 +198,6 @@ TEST_F(LayoutsTest, TheFirstStartSuitsTheScreen) {
     EXPECT_EQ(installation.WaitEnd(), 0);
     Start();
     ASSERT_TRUE(Comes(layout));
-    for (const Member& m : kMembers) {
-        const HWND window = FindComponent(m.title);
-        if (!window) continue;
-        const RECT r = PlaceOf(window);
-        EXPECT_TRUE(r.left >= 0 && r.top >= 0 && r.right <= width) << m.title;
-        EXPECT_LE(r.bottom, GetSystemMetrics(SM_CYSCREEN)) << m.title;
-    }
     EXPECT_EQ(ReadWindowDword(kLayoutsWindow, "Setting", 9), 9u) << "the choice is no setting";
     // Chosen once: the user's arrangement stays from then on.
     SetWindowPos(FindConsole(), nullptr, 3, 5, 400, 100, SWP_NOZORDER | SWP_NOACTIVATE);
@@ -240,66 +220,63 @@ TEST_F(LayoutsTest, AllWindowsActAsOneGroup) {
         if (m.onValue) SwitchOn(m.onValue);
     Start();
     OpenLayouts();
-    std::vector<const char*> titles;
-    for (const Member& m : kMembers)
-        titles.push_back(m.title);
-    titles.push_back("Layouts");
+    const char* const titles[] = {"Tonvista", "CDPlayerUI", "SpectrumUI", "MixerUI",
+                                  "ScopeUI",  "MediaUI",    "Layouts"};
+    constexpr int kTitles = static_cast<int>(std::size(titles));
+    const auto spot = [](int i) {
+        return Rect{20 + i % 2 * 620, 20 + i / 2 * 240, 400 + 10 * i, 200};
+    };
     const auto put = [&] { // apart from each other, each of a size of its own
-        for (int i = 0; i < static_cast<int>(titles.size()); ++i) {
-            ASSERT_TRUE(FindComponent(titles[i])) << titles[i];
-            SetWindowPos(FindComponent(titles[i]), nullptr, 20 + i % 2 * 620, 20 + i / 2 * 240,
-                         400 + 10 * i, 200, SWP_NOZORDER | SWP_NOACTIVATE);
-        }
+        for (int i = 0; i < kTitles; ++i)
+            SetWindowPos(FindComponent(titles[i]), nullptr, spot(i)[0], spot(i)[1], spot(i)[2],
+                         spot(i)[3], SWP_NOZORDER | SWP_NOACTIVATE);
     };
-    const auto all = [&](const auto& holds) {
-        return WaitUntil([&] {
-            for (const char* title : titles)
-                if (!holds(title, PlaceOf(FindComponent(title)))) return false;
-            return true;
-        });
+    struct {
+        const char *front, *reference;
+        BYTE modifier, key;
+        LONG RECT::*side;
+    } const keys[] = {
+        {"CDPlayerUI", "CDPlayerUI", VK_CONTROL, VK_LEFT, &RECT::left},
+        {"ScopeUI", "Tonvista", VK_CONTROL, VK_DOWN, &RECT::bottom}, // none of its own
+        {"MixerUI", "MixerUI", VK_SHIFT, VK_RIGHT, &RECT::right},
     };
+    for (const auto& k : keys) {
+        SCOPED_TRACE(k.front);
+        put();
+        const LONG edge = PlaceOf(FindComponent(k.reference)).*k.side;
+        ASSERT_TRUE(Front(k.front));
+        Type(k.key, k.modifier);
+        for (int i = 0; i < kTitles; ++i)
+            EXPECT_TRUE(WaitUntil([&] {
+                return k.modifier == VK_SHIFT && i == kTitles - 1 // Layouts keeps its size
+                           ? Shown(titles[i]) == spot(i)
+                           : PlaceOf(FindComponent(titles[i])).*k.side == edge;
+            })) << titles[i];
+    }
+    // Where a minimized console would come back.
     put();
-    const RECT player = PlaceOf(FindComponent("CDPlayerUI"));
-    ASSERT_TRUE(Front("CDPlayerUI"));
-    TypeWith(VK_CONTROL, VK_LEFT);
-    EXPECT_TRUE(all([&](const char*, RECT r) { return r.left == player.left; }));
+    ShowWindow(FindConsole(), SW_MINIMIZE);
+    Command(FindConsole(), MAKEWPARAM(kGroupAlign, 7), VK_LEFT);
+    EXPECT_TRUE(WaitUntil([] { return Shown("MixerUI")[0] == 20 && Shown("MediaUI")[0] == 20; }));
+    ShowWindow(FindConsole(), SW_RESTORE);
     put();
-    const RECT console = PlaceOf(FindConsole());
-    ASSERT_TRUE(Front("ScopeUI")); // no reference of its own: the console's edge
-    TypeWith(VK_CONTROL, VK_DOWN);
-    EXPECT_TRUE(all([&](const char*, RECT r) { return r.bottom == console.bottom; }));
-    put();
-    const RECT mixer = PlaceOf(FindComponent("MixerUI")), kept = PlaceOf(FindComponent("Layouts"));
-    ASSERT_TRUE(Front("MixerUI"));
-    TypeWith(VK_SHIFT, VK_RIGHT);
-    EXPECT_TRUE(all([&](const std::string& title, RECT r) {
-        return r.right == (title == "Layouts" ? kept.right : mixer.right);
-    }));
-    put();
-    std::vector<RECT> before;
-    for (const char* title : titles)
-        before.push_back(PlaceOf(FindComponent(title)));
     Command(FindConsole(), kConsoleLockWindows);
     ASSERT_TRUE(WaitUntil([] { return ReadRegDword(kUserRoot, kSettingsRoot, "LockWindows"); }));
     constexpr int kGrip = 8; // just inside the frame, where no control is
-    POINT at = {before[1].left + kGrip, before[1].top + kGrip};
+    POINT at = {spot(1)[0] + kGrip, spot(1)[1] + kGrip};
     SetCursorPos(at.x, at.y);
     mouse_event(MOUSEEVENTF_LEFTDOWN, 0, 0, 0, 0);
     for (int step = 0; step < 10; ++step) {
-        at.x += 7;
-        at.y += 3;
-        SetCursorPos(at.x, at.y);
-        const RECT wanted = {at.x - kGrip, at.y - kGrip, 0, 0};
+        SetCursorPos(at.x += 7, at.y += 3);
         EXPECT_TRUE(WaitUntil([&] {
-            const RECT r = PlaceOf(FindComponent(titles[1]));
-            return r.left == wanted.left && r.top == wanted.top;
+            const Rect r = Shown(titles[1]);
+            return r[0] == at.x - kGrip && r[1] == at.y - kGrip;
         }));
     }
     mouse_event(MOUSEEVENTF_LEFTUP, 0, 0, 0, 0);
-    for (size_t i = 0; i < titles.size(); ++i) {
-        OffsetRect(&before[i], 70, 30);
+    for (int i = 0; i < kTitles; ++i)
         EXPECT_TRUE(WaitUntil([&] {
-            return Of(PlaceOf(FindComponent(titles[i]))) == Of(before[i]);
+            return Shown(titles[i]) ==
+                   Rect{spot(i)[0] + 70, spot(i)[1] + 30, spot(i)[2], spot(i)[3]};
         })) << titles[i];
-    }
 }
