@@ -11,7 +11,7 @@
 
 // One change of the database: a record to store, or discs to delete.
 struct StoreChange {
-    uint32_t id = 0; // given by QueueChange
+    uint32_t id = 0;                           // given by QueueChange
     std::unique_ptr<CDInfoRecord> before, put; // an edit; afterwards `put` is what was stored
     std::vector<uint32_t> deletes;
     int good = 0; // it is in place

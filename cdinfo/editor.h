@@ -55,6 +55,6 @@ void ShrinkToFit(CDInfoRecord* record);
 // back would give (every track), artist of the disc and revision (which wraps) follow. 0 when
 // nothing was edited: *record is untouched.
 int TakeEdited(CDInfoRecord* record, const CDInfoRecord& edited);
-// What an edit changed between two forms of a disc's record, onto what somebody else has made of the
-// disc meanwhile: fields that only one of them touched stand as he left them.
+// What an edit changed between two forms of a disc's record, onto what somebody else has made of
+// the disc meanwhile: fields that only one of them touched stand as he left them.
 void MergeEdit(const CDInfoRecord& before, const CDInfoRecord& after, CDInfoRecord* now);

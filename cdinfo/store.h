@@ -61,8 +61,8 @@ int LookUpDisc(CDInfoRecord* record, LookUpState* state);
 // 0. Bytes that stand there already are not written again.
 int AddOrReplace(const wchar_t* path, const CDInfoRecord& record, int confirm, StoreWindow owner);
 
-// Stores an edit in the default database, as AddOrReplace: what changed between `before` and `after`
-// goes onto what stands there by now (MergeEdit), so that of two edits at once both stand.
+// Stores an edit in the default database, as AddOrReplace: what changed between `before` and
+// `after` goes onto what stands there by now (MergeEdit), so that of two edits at once both stand.
 int StoreEdit(const CDInfoRecord& before, const CDInfoRecord& after);
 
 // Drops every pair that names the identity, and its stream if it is named as an entry. 0 when the
