@@ -14,7 +14,8 @@
 
 #include "cdinfo/record.h"
 
-struct HWND__;               // <windows.h> stays out, so that logic may include this
+// <windows.h> stays out, so that logic may include this.
+struct HWND__;               // NOLINT(bugprone-reserved-identifier)
 using StoreWindow = HWND__*; // HWND
 
 // "CDInfo.CDP" in the folder of the executable.

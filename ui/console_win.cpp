@@ -138,7 +138,8 @@ static void OnComponentClosed(LPARAM windowId) {
     if (row >= 0) NoticeEnded(row);
 }
 
-// Commands of the table: a component's toggle, its properties, an engine's dialog. 1 when it was one.
+// Commands of the table: a component's toggle, its properties, an engine's dialog. 1 when it was
+// one.
 static int OnTableCommand(int command) {
     const int row = RowByCommand(command);
     if (row >= 0) {
@@ -200,7 +201,8 @@ static LRESULT OnCommand(WPARAM wParam, LPARAM lParam) {
     default:
         if (LOWORD(wParam) >= kLayoutFirst && LOWORD(wParam) <= kLayoutLast)
             OnLayoutCommand(LOWORD(wParam) - kLayoutFirst, lParam);
-        else if (!OnTableCommand(LOWORD(wParam))) return OnGroupCommand(wParam, lParam);
+        else if (!OnTableCommand(LOWORD(wParam)))
+            return OnGroupCommand(wParam, lParam);
     }
     return 0;
 }
