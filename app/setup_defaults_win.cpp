@@ -8,6 +8,23 @@
 #include "ui/components.h"
 #include "ui/layouts_win.h"
 
+// No layout has a place for the database manager: it gets one that shows a list worth the name, in
+// the screen's middle and above the console.
+static void SeedManagerPlace() {
+    const int screenWidth = GetSystemMetrics(SM_CXSCREEN);
+    const int screenHeight = GetSystemMetrics(SM_CYSCREEN);
+    const int32_t width = screenWidth * 2 / 3, height = screenHeight / 2;
+    const struct {
+        const char* name;
+        int32_t value;
+    } values[] = {{"X", (screenWidth - width) / 2},
+                  {"Y", (screenHeight - height) / 4},
+                  {"Width", width},
+                  {"Height", height}};
+    for (const auto& v : values)
+        SeedWindowSetting(kDatabaseWindowId, v.name, kRegBinary, sizeof v.value, &v.value);
+}
+
 int SeedDefaults() {
     const uint32_t on = 1, off = 0;
     SeedWindowSetting(kConsoleWindowId, "Use3dLook", kRegDword, 4, &on);
@@ -17,5 +34,6 @@ int SeedDefaults() {
         CdIconOptions(kCdIconOptions);
     SeedAppearance(); // the colours with it
     SeedLayouts(0);
+    SeedManagerPlace();
     return RegKeyExists(kUserRoot, kSettingsRoot);
 }

@@ -173,6 +173,8 @@ static void LayOutMessage(MixerLayout* layout, Box area) {
 
 // ---- masters
 
+constexpr int kButtonName = 19; // pixels
+
 static void LayOutMasters(MixerLayout* layout, Box area) {
     static constexpr int kWeights[] = {46, 42, 34};
     static constexpr struct {
@@ -183,9 +185,10 @@ static void LayOutMasters(MixerLayout* layout, Box area) {
     Box columns[3];
     layout->groups[kMixerMasters] = area;
     SplitRowBy(area, kWeights, 3, kMixerGap, columns);
+    // "Master" is a button: its edges take room that the labels beside it don't need.
+    const int name = std::max(NameHeight(area.height), std::min(kButtonName, area.height / 3));
     for (int i = 0; i < 3; ++i)
-        CutColumn(columns[i], NameHeight(area.height), &BoxOf(layout, kIds[i].name),
-                  &BoxOf(layout, kIds[i].slider));
+        CutColumn(columns[i], name, &BoxOf(layout, kIds[i].name), &BoxOf(layout, kIds[i].slider));
 }
 
 static int MastersWidth(int width) {
