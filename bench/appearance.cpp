@@ -5,6 +5,7 @@
 #include "ui/button_win.h"
 #include "ui/framework_win.h"
 #include "ui/indicator_win.h"
+#include "ui/picture_reader_win.h"
 #include "ui/trackbar_win.h"
 
 #include <cstdio>
@@ -46,6 +47,7 @@ static double Repaint(HWND window) {
 
 int main() {
     WritePhoto(4000, 3000);
+    PictureFiles.waitMs = INFINITE; // no built-in bitmap in the photograph's place
     const struct {
         const char* name;
         BitmapSettings settings;

@@ -4,15 +4,20 @@
 // paints from a copy of its own, which it renews when the generation is another one; so no paint
 // waits, and a bitmap lives until the last thread has let go of it. A thread that is ended by force
 // leaves its copy behind, nothing worse.
+//
+// Files are read by threads of their own. A change waits a moment for its file, so that usual ones
+// are there at the first paint, and goes on with the built-in bitmap; the console hears when the
+// file's has taken its place.
 #include "ui/appearance_win.h"
 
+#include "core/commands.h"
 #include "core/lock_win.h"
 #include "core/settings.h"
 #include "core/text.h"
 #include "resources/ids.h"
 #include "ui/framework_win.h"
 #include "ui/look_win.h"
-#include "ui/picture_win.h"
+#include "ui/picture_reader_win.h"
 
 #include <cstring>
 #include <new>
@@ -45,9 +50,10 @@ constexpr int kMaxOpenWindows = 16;
 static struct {
     HANDLE lock = CreateMutexA(nullptr, FALSE, nullptr); // guards all of it
     InForce now = {};
-    volatile LONG generation = 1;          // read without the lock
-    OpenWindow open[kMaxOpenWindows] = {}; // a painting thread looks without the lock, too
-    TilePoint group = {};                  // where pictures of the group were hung up last
+    PictureReading* coming[kBitmapKinds] = {}; // whose picture is to take the built-in one's place
+    volatile LONG generation = 1;              // read without the lock
+    OpenWindow open[kMaxOpenWindows] = {};     // a painting thread looks without the lock, too
+    TilePoint group = {};                      // where pictures of the group were hung up last
 } s_looks;
 
 static thread_local struct {
@@ -110,45 +116,84 @@ static int GroupCorner(TilePoint* corner) {
 
 // ---- what is in force
 
-static Picture* LoadFor(int kind, const BitmapSettings& settings) {
-    Picture* picture = settings.UseDefault ? nullptr : LoadPictureFile(settings.FileName);
-    return picture ? picture : LoadPictureResource(kKinds[kind].resource);
-}
-
 static int SameBitmap(const BitmapSettings& a, const BitmapSettings& b) {
     return !a.UseDefault == !b.UseDefault && (a.UseDefault || !strcmp(a.FileName, b.FileName));
 }
 
-// Files are read outside the lock.
+// A picture that came late. One that nobody wants any more is dropped.
+static void OnPictureArrived(PictureReading* reading, Picture* picture) {
+    HWND consoles[kMaxOpenWindows] = {};
+    int count = 0;
+    {
+        const ScopedLock lock(s_looks.lock, INFINITE);
+        for (int kind = 0; kind < kBitmapKinds; ++kind) {
+            if (s_looks.coming[kind] != reading) continue;
+            s_looks.coming[kind] = nullptr;
+            if (!picture) continue; // the built-in one stays
+            ReplacePicture(&s_looks.now, kind, picture);
+            InterlockedIncrement(&s_looks.generation);
+            count = 0;
+            for (const OpenWindow& open : s_looks.open)
+                if (open.window && !open.isComponent) consoles[count++] = open.window;
+        }
+        EndPictureReading(reading, picture);
+    }
+    for (int i = 0; i < count; ++i)
+        PostMessageA(consoles[i], WM_COMMAND, kColorsChanged, 0);
+}
+
+// The lock is held. Null when the bitmap is in no file.
+static PictureReading* BeginReading(const BitmapSettings& settings) {
+    if (settings.UseDefault || !settings.FileName[0]) return nullptr;
+    return BeginPictureReading(settings.FileName, OnPictureArrived);
+}
+
+// The lock is held. What was read; the built-in bitmap where that is nothing, or until it comes.
+static void PutInForce(int kind, PictureReading* reading) {
+    Picture* picture = reading && !reading->running ? reading->picture : nullptr;
+    s_looks.coming[kind] = reading && reading->running ? reading : nullptr;
+    if (!picture) picture = LoadPictureResource(kKinds[kind].resource);
+    ReplacePicture(&s_looks.now, kind, picture);
+    InterlockedIncrement(&s_looks.generation);
+    if (reading) LetGoOfPictureReading(reading);
+}
+
 static void BringIntoForce(int kind, const BitmapSettings& settings, int anew) {
-    Picture* kept = nullptr;
+    PictureReading* reading = nullptr;
+    int keep = 0;
     {
         const ScopedLock lock(s_looks.lock);
-        if (lock.held && !anew && SameBitmap(settings, s_looks.now.settings[kind]))
-            kept = s_looks.now.pictures[kind];
-        if (kept) ++kept->users;
+        if (!lock.held) return;
+        keep =
+            !anew && s_looks.now.pictures[kind] && SameBitmap(settings, s_looks.now.settings[kind]);
+        if (!keep && settings.UseBitmap) reading = BeginReading(settings);
     }
-    Picture* picture = kept;
-    if (!picture && settings.UseBitmap) picture = LoadFor(kind, settings);
+    if (reading) AwaitPictureReading(*reading);
     const ScopedLock lock(s_looks.lock);
-    if (lock.held) {
-        ReplacePicture(&s_looks.now, kind, picture);
-        s_looks.now.settings[kind] = settings;
-        GroupCorner(&s_looks.group);
-        InterlockedIncrement(&s_looks.generation);
-        Release(kept);
-    } else if (!kept) {
-        FreePicture(picture);
+    if (!lock.held) return;
+    s_looks.now.settings[kind] = settings;
+    if (!keep && settings.UseBitmap) {
+        PutInForce(kind, reading);
+    } else if (!keep) {
+        ReplacePicture(&s_looks.now, kind, nullptr);
+        s_looks.coming[kind] = nullptr;
     }
+    GroupCorner(&s_looks.group);
+    InterlockedIncrement(&s_looks.generation);
 }
 
 static HBITMAP BitmapInForce(int kind, const BitmapSettings& settings) {
+    PictureReading* reading = nullptr;
+    {
+        const ScopedLock lock(s_looks.lock);
+        if (!lock.held) return nullptr;
+        if (const Picture* picture = s_looks.now.pictures[kind]) return picture->bitmap;
+        reading = BeginReading(settings);
+    }
+    if (reading) AwaitPictureReading(*reading);
     const ScopedLock lock(s_looks.lock);
     if (!lock.held) return nullptr;
-    if (!s_looks.now.pictures[kind]) {
-        ReplacePicture(&s_looks.now, kind, LoadFor(kind, settings));
-        InterlockedIncrement(&s_looks.generation);
-    }
+    PutInForce(kind, reading);
     const Picture* picture = s_looks.now.pictures[kind];
     return picture ? picture->bitmap : nullptr;
 }

@@ -28,14 +28,17 @@ int SaveButtonFaceSettings(const BitmapSettings& settings, int force);
 void SeedAppearance();
 
 // ---- what is in force
-// Brings what is stored into force: before the first window is made.
+// Brings what is stored into force: before the first window is made. This and all that brings a
+// file's bitmap into force waits 150 ms for it at most; then the built-in one is in force until the
+// file has been read, which the console is told by a posted kColorsChanged.
 void LoadAppearance();
 // In force without being stored, for a preview. A bitmap that is loaded already is kept.
 void UseBackground(const BitmapSettings& settings);
 void UseButtonFace(const BitmapSettings& settings);
-// The bitmap in force, loaded by `settings` when none is: a section of 32 bits at its own size,
-// which belongs to the process. Null when not even the built-in one can be had. It stays until the
-// next change of settings; select it into no dc, all threads share it.
+// The bitmap in force, loaded by `settings` when none is (as above: a file that takes its time
+// gives the built-in one): a section of 32 bits at its own size, which belongs to the process. Null
+// when not even the built-in one can be had. It stays until the next change of settings; select it
+// into no dc, all threads share it.
 HBITMAP GetBackgroundBitmap(const BitmapSettings& settings);
 HBITMAP GetButtonFaceBitmap(const BitmapSettings& settings);
 

@@ -1,5 +1,6 @@
 // Bitmaps in force: what is stored and what of it counts, which files are taken, and the pixels
 // that windows and their controls show.
+#include "core/commands.h"
 #include "core/settings.h"
 #include "kit.h"
 #include "resources/ids.h"
@@ -7,6 +8,7 @@
 #include "ui/button_win.h"
 #include "ui/framework_win.h"
 #include "ui/indicator_win.h"
+#include "ui/picture_reader_win.h"
 #include "ui/trackbar_win.h"
 
 #include <cstring>
@@ -57,6 +59,7 @@ struct Appearance : testing::Test {
         DeleteRegTree(kUserRoot, kSettingsRoot);
         LoadAppearance();
         UIOptions = {};
+        PictureFiles.waitMs = INFINITE; // a busy machine changes nothing
         WriteMarked();
         ParkPointer();
         first = Window(kFirstId, 303, 301);
@@ -69,6 +72,7 @@ struct Appearance : testing::Test {
         Pump();
         UseBackground({});
         UseButtonFace({});
+        PictureFiles = usual;
         DeleteFileA(kFile);
         DeleteRegTree(kUserRoot, kSettingsRoot);
     }
@@ -86,8 +90,15 @@ struct Appearance : testing::Test {
             RedrawWindow(window, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
         Pump();
     }
+    const PictureReader usual = PictureFiles;
     HWND first, second;
 };
+
+// Stands for a network path that answers when `open` is set.
+struct {
+    HANDLE open = CreateEventA(nullptr, TRUE, FALSE, nullptr);
+    volatile LONG begun = 0, ended = 0;
+} s_gate;
 } // namespace
 
 TEST_F(Appearance, SettingsWithoutForceFillOnlyWhatIsMissing) {
@@ -181,14 +192,63 @@ TEST_F(Appearance, ALargerPictureIsReducedAndTheCopyGoesWithIt) {
     DeleteDC(dc);
 }
 
+static LONG WidthOf(HBITMAP bitmap) {
+    BITMAP info = {};
+    GetObjectA(bitmap, sizeof info, &info);
+    EXPECT_TRUE(!info.bmWidth || info.bmBits) << "a section";
+    return info.bmWidth;
+}
+
+static Picture* ReadBehindGate(const char* path) {
+    InterlockedIncrement(&s_gate.begun);
+    WaitForSingleObject(s_gate.open, INFINITE);
+    Picture* picture = LoadPictureFile(path);
+    InterlockedIncrement(&s_gate.ended);
+    return picture;
+}
+
+TEST_F(Appearance, AFileThatHangsHoldsNobodyAndItsPictureComesWhenItIsRead) {
+    const BitmapSettings builtIn = {1, 1, 0, 0, {}};
+    Recorder console;
+    NoteOpenWindow(console.window, 0);
+    PictureFiles = {ReadBehindGate, 20};
+    Use(Marked());
+    UseButtonFace(Marked());
+    EXPECT_GT(WidthOf(GetBackgroundBitmap(Marked())), kWidth) << "the built-in one";
+    EXPECT_EQ(Shown(first, 60, 50), -1);
+    EXPECT_EQ(CountPixels(first, {60, 50, 61, 51}, kPlain), 0);
+    UseButtonFace(builtIn);    // the file is not wanted here any more,
+    Use(Marked(kAlignScreen)); // and is still wanted there
+    EXPECT_TRUE(SaveBackgroundSettings(Marked(kAlignScreen), 1));
+    EXPECT_TRUE(console.Commands(kColorsChanged).empty());
+    SetEvent(s_gate.open);
+    EXPECT_TRUE(PumpUntil([&] { return !console.Commands(kColorsChanged).empty(); }));
+    EXPECT_EQ(s_gate.begun, 1) << "one thread for one path";
+    EXPECT_EQ(WidthOf(GetBackgroundBitmap(Marked())), kWidth);
+    InvalidateRect(first, nullptr, TRUE);
+    EXPECT_EQ(Shown(first, 60, 50), Mark(303 + 60, 301 + 50));
+    EXPECT_GT(WidthOf(GetButtonFaceBitmap(builtIn)), kWidth);
+    // Path after path that hangs.
+    ResetEvent(s_gate.open);
+    s_gate.begun = 0;
+    s_gate.ended = 0;
+    for (char file[] = "C:\\hangs.a"; file[9] <= 'z'; ++file[9])
+        UseBackground(Marked(0, 0, file));
+    SetEvent(s_gate.open);
+    EXPECT_TRUE(PumpUntil([&] { return s_gate.ended == kMostReadings; }));
+    EXPECT_EQ(s_gate.begun, kMostReadings);
+    EXPECT_TRUE(PumpUntil([&] {
+        SaveBackgroundSettings(Marked(), 1);
+        return WidthOf(GetBackgroundBitmap(Marked())) == kWidth;
+    })) << "when they are back, others are read again";
+    NoteClosedWindow(console.window);
+}
+
 // The built-in one, by its size, or the file's.
 TEST_F(Appearance, AFileThatFailsGivesTheBuiltInBitmap) {
     const auto widthOf = [](const BitmapSettings& settings) {
         EXPECT_TRUE(SaveBackgroundSettings(settings, 1));
-        BITMAP info = {};
-        GetObjectA(GetBackgroundBitmap(settings), sizeof info, &info);
-        EXPECT_TRUE(!info.bmWidth || info.bmBits) << "a section";
-        return info.bmWidth;
+        return WidthOf(GetBackgroundBitmap(settings));
     };
     const LONG builtIn = widthOf({1, 1, 0, 0, {}});
     EXPECT_GT(builtIn, kWidth);
