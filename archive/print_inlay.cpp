@@ -78,8 +78,13 @@ static int NumberWidth(const PrintStyle& style, const CDInfoRecord& record, int 
            size / 2;
 }
 
+// Enough that a length is not taken for the next column's.
+static int ColumnGap(int size) {
+    return 2 * size;
+}
+
 static int ColumnWidth(const Box& area, int columns, int size) {
-    return (area.width - (columns - 1) * size) / columns;
+    return (area.width - (columns - 1) * ColumnGap(size)) / columns;
 }
 
 // What a title has beside number and length.
@@ -160,8 +165,8 @@ static void AddTrackList(PrintPage* page, const PrintStyle& style, const CDInfoR
     const int shown = std::min(tracks, rows * list.columns);
     const int height = std::min(area.height / rows, line * 3 / 2); // airy where there is room
     for (int i = 0; i < shown; ++i) {
-        const Box box = {area.left + i / rows * (width + list.size), area.top + i % rows * height,
-                         width, line};
+        const Box box = {area.left + i / rows * (width + ColumnGap(list.size)),
+                         area.top + i % rows * height, width, line};
         if (i + 1 == shown && shown < tracks)
             AddLine(page, style, box, "...", {list.size, 0});
         else

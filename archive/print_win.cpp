@@ -364,6 +364,14 @@ static void OnNumber(PrintDialog* dialog) {
     ShowDocument(dialog);
 }
 
+// Where something else was typed, that of the disc that is shown and would be printed.
+static void ShowNumber(const PrintDialog* dialog) {
+    const HWND window = dialog->modal.window;
+    const UINT number = static_cast<UINT>(dialog->disc + 1);
+    if (GetDlgItemInt(window, IDC_PRINT_NUMBER, nullptr, FALSE) != number)
+        SetDlgItemInt(window, IDC_PRINT_NUMBER, number, FALSE);
+}
+
 static void OnCommand(PrintDialog* dialog, WORD id, WORD code) {
     switch (id) {
     case IDOK: OnPrint(dialog); break;
@@ -373,6 +381,7 @@ static void OnCommand(PrintDialog* dialog, WORD id, WORD code) {
     case IDC_PRINT_INLAY: ChooseKind(dialog, kPrintInlay); break;
     case IDC_PRINT_NUMBER:
         if (code == EN_CHANGE) OnNumber(dialog);
+        if (code == EN_KILLFOCUS) ShowNumber(dialog);
         break;
     case IDC_PRINT_FONT: OnFont(dialog); break;
     case IDC_PRINT_PAPER: OnPaper(dialog); break;

@@ -216,9 +216,14 @@ TEST_F(PrintDialogTest, PrintsWhatItShows) {
     Choose(IDC_PRINT_INLAY, "Page 1 of 1");
     SetDlgItemTextA(dialog, IDC_PRINT_NUMBER, "77");
     EXPECT_TRUE(WaitUntil([&] { return Text(IDC_PRINT_NAME).starts_with("Disc 77"); }));
+    PostMessageA(GetDlgItem(dialog, IDC_PRINT_NUMBER), WM_KEYDOWN, VK_UP, 0);
+    EXPECT_TRUE(WaitUntil([&] { return Text(IDC_PRINT_NAME).starts_with("Disc 78"); }));
+    SetDlgItemTextA(dialog, IDC_PRINT_NUMBER, "1000"); // there is none
+    Command(dialog, MAKEWPARAM(IDC_PRINT_NUMBER, EN_KILLFOCUS));
+    EXPECT_TRUE(WaitUntil([&] { return Text(IDC_PRINT_NUMBER) == "78"; }));
     Print();
-    EXPECT_EQ(s_fake.name, "Disc 77");
-    EXPECT_EQ(Printed(), (std::vector<int>{77, 77})); // front and back
+    EXPECT_EQ(s_fake.name, "Disc 78");
+    EXPECT_EQ(Printed(), (std::vector<int>{78, 78})); // front and back
 
     Forget();
     s_discs.gone = 4;
