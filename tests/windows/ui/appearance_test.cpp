@@ -199,9 +199,15 @@ static LONG WidthOf(HBITMAP bitmap) {
     return info.bmWidth;
 }
 
+static void CloseGate() {
+    ResetEvent(s_gate.open);
+    s_gate.begun = 0;
+    s_gate.ended = 0;
+}
+
 static Picture* ReadBehindGate(const char* path) {
     InterlockedIncrement(&s_gate.begun);
-    WaitForSingleObject(s_gate.open, INFINITE);
+    WaitForSingleObject(s_gate.open, 5000); // who waits for it fails, and does not hang
     Picture* picture = LoadPictureFile(path);
     InterlockedIncrement(&s_gate.ended);
     return picture;
@@ -210,11 +216,12 @@ static Picture* ReadBehindGate(const char* path) {
 TEST_F(Appearance, AFileThatHangsHoldsNobodyAndItsPictureComesWhenItIsRead) {
     const BitmapSettings builtIn = {1, 1, 0, 0, {}};
     Recorder console;
+    CloseGate();
     NoteOpenWindow(console.window, 0);
     PictureFiles = {ReadBehindGate, 20};
     Use(Marked());
+    ASSERT_GT(WidthOf(GetBackgroundBitmap(Marked())), kWidth) << "the built-in one";
     UseButtonFace(Marked());
-    EXPECT_GT(WidthOf(GetBackgroundBitmap(Marked())), kWidth) << "the built-in one";
     EXPECT_EQ(Shown(first, 60, 50), -1);
     EXPECT_EQ(CountPixels(first, {60, 50, 61, 51}, kPlain), 0);
     UseButtonFace(builtIn);    // the file is not wanted here any more,
@@ -229,9 +236,7 @@ TEST_F(Appearance, AFileThatHangsHoldsNobodyAndItsPictureComesWhenItIsRead) {
     EXPECT_EQ(Shown(first, 60, 50), Mark(303 + 60, 301 + 50));
     EXPECT_GT(WidthOf(GetButtonFaceBitmap(builtIn)), kWidth);
     // Path after path that hangs.
-    ResetEvent(s_gate.open);
-    s_gate.begun = 0;
-    s_gate.ended = 0;
+    CloseGate();
     for (char file[] = "C:\\hangs.a"; file[9] <= 'z'; ++file[9])
         UseBackground(Marked(0, 0, file));
     SetEvent(s_gate.open);
